@@ -1,0 +1,120 @@
+// Platform: everything that differs by operating system or host application.
+//
+// The library reaches files, GUIDs, the message box, the message loop, the
+// "ANSI" code page and screen metrics only through the process's current
+// Platform. A default for the operating system is installed at start; a host
+// application (to show its own message boxes and pump its own events) or a
+// test (to make the file system fail on cue) installs its own with
+// InstallPlatform or ScopedPlatform, usually deriving from ForwardingPlatform
+// so that it overrides only what it needs.
+#ifndef VELD_PLATFORM_PLATFORM_H_
+#define VELD_PLATFORM_PLATFORM_H_
+
+#include <cstdint>
+#include <string>
+
+#include "veld/export.h"
+
+namespace veld {
+
+// A 128-bit GUID in its classic field layout.
+struct Guid {
+  uint32_t Data1 = 0;
+  uint16_t Data2 = 0;
+  uint16_t Data3 = 0;
+  uint8_t Data4[8] = {};
+};
+
+// Message box style bits used by the library.
+inline constexpr int32_t kMsgBoxOkOnly = 0;
+inline constexpr int32_t kMsgBoxCritical = 16;
+
+class VELD_EXPORT Platform {
+ public:
+  virtual ~Platform();
+
+  // True when `path` names an existing ordinary file: not a directory, not a
+  // hidden or system file. Never fails: a malformed path gives false.
+  virtual bool FileExists(const std::string& path) = 0;
+  // Copies a file, replacing `to` when it exists. Raises AutomationError with
+  // the classic file error numbers (53 file not found, 70 permission denied,
+  // 76 path not found, ...) on failure.
+  virtual void CopyFile(const std::string& from, const std::string& to) = 0;
+  // Deletes a file. Raises as CopyFile does (53 when it does not exist).
+  virtual void DeleteFile(const std::string& path) = 0;
+
+  // Makes a new GUID. Returns 0 on success and a failure code otherwise.
+  virtual int32_t CreateGuid(Guid& guid) = 0;
+
+  // The product name of the library's version information.
+  virtual std::string ProductName() = 0;
+
+  // Shows a modal message box and returns the button pressed (1 for OK).
+  // `style` holds the classic button and icon bits; an empty title means the
+  // host's default title.
+  virtual int32_t MessageBox(const std::string& text, int32_t style,
+                             const std::string& title) = 0;
+
+  // One pass of the host's message loop (lets pending events run).
+  virtual void DoEvents() = 0;
+
+  // The name of the single-byte "ANSI" code page, as ICU knows it
+  // ("windows-1252" by default on POSIX).
+  virtual std::string AnsiCodePage() = 0;
+
+  // Screen twips per pixel (15 at 96 dots per inch).
+  virtual int32_t TwipsPerPixelX() = 0;
+  virtual int32_t TwipsPerPixelY() = 0;
+
+  // The default platform of this operating system. Lives for the process.
+  static Platform& Default();
+};
+
+// A platform that passes every call on to another one (by default the
+// operating system's). Derive from it to override single operations.
+class VELD_EXPORT ForwardingPlatform : public Platform {
+ public:
+  ForwardingPlatform();
+  explicit ForwardingPlatform(Platform& target);
+
+  bool FileExists(const std::string& path) override;
+  void CopyFile(const std::string& from, const std::string& to) override;
+  void DeleteFile(const std::string& path) override;
+  int32_t CreateGuid(Guid& guid) override;
+  std::string ProductName() override;
+  int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) override;
+  void DoEvents() override;
+  std::string AnsiCodePage() override;
+  int32_t TwipsPerPixelX() override;
+  int32_t TwipsPerPixelY() override;
+
+  Platform& Target() const { return target_; }
+
+ private:
+  Platform& target_;
+};
+
+// The process's current platform.
+VELD_EXPORT Platform& CurrentPlatform();
+
+// Makes `platform` the process's current platform and returns the previous
+// one; nullptr restores the default. The caller keeps ownership and must keep
+// the platform alive while it is installed.
+VELD_EXPORT Platform* InstallPlatform(Platform* platform);
+
+// Installs a platform for the lifetime of the scope and restores the previous
+// one afterwards.
+class VELD_EXPORT ScopedPlatform {
+ public:
+  explicit ScopedPlatform(Platform& platform);
+  ~ScopedPlatform();
+  ScopedPlatform(const ScopedPlatform&) = delete;
+  ScopedPlatform& operator=(const ScopedPlatform&) = delete;
+
+ private:
+  Platform* previous_;
+};
+
+}  // namespace veld
+
+#endif  // VELD_PLATFORM_PLATFORM_H_

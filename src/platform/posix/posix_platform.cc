@@ -1,0 +1,136 @@
+// The POSIX platform: files through the C library, GUIDs from libuuid, the
+// message box on standard error and a message loop with nothing to pump.
+#include <errno.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <uuid/uuid.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "platform/posix/posix_error.h"
+#include "veld/platform/platform.h"
+#include "veld/runtime/automation_error.h"
+
+namespace veld {
+
+namespace {
+
+// Closes a file descriptor when it goes out of scope.
+class ScopedFd {
+ public:
+  explicit ScopedFd(int fd) : fd_(fd) {}
+  ~ScopedFd() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  ScopedFd(const ScopedFd&) = delete;
+  ScopedFd& operator=(const ScopedFd&) = delete;
+  int get() const { return fd_; }
+  // Closes now and reports whether the close succeeded.
+  bool Close() {
+    int fd = fd_;
+    fd_ = -1;
+    return ::close(fd) == 0;
+  }
+
+ private:
+  int fd_;
+};
+
+std::string BaseName(const std::string& path) {
+  auto slash = path.find_last_of('/');
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+bool WriteAll(int fd, const char* data, size_t size) {
+  while (size > 0) {
+    ssize_t n = ::write(fd, data, size);
+    if (n < 0) {
+      if (errno == EINTR) continue;
+      return false;
+    }
+    data += n;
+    size -= static_cast<size_t>(n);
+  }
+  return true;
+}
+
+class PosixPlatform final : public Platform {
+ public:
+  bool FileExists(const std::string& path) override {
+    // A name starting with a dot is the POSIX form of a hidden file, which the
+    // ordinary-file search does not admit.
+    if (path.empty() || path.find('\0') != std::string::npos) return false;
+    std::string base = BaseName(path);
+    if (base.empty() || base[0] == '.') return false;
+    struct stat st;
+    return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+  }
+
+  void CopyFile(const std::string& from, const std::string& to) override {
+    ScopedFd in(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
+    if (in.get() < 0) RaisePosixError(errno, from);
+    struct stat st;
+    if (::fstat(in.get(), &st) != 0) RaisePosixError(errno, from);
+    if (S_ISDIR(st.st_mode)) RaisePosixError(EISDIR, from);
+    ScopedFd out(::open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, st.st_mode & 0777));
+    if (out.get() < 0) RaisePosixError(errno, to);
+    char buffer[64 * 1024];
+    for (;;) {
+      ssize_t n = ::read(in.get(), buffer, sizeof buffer);
+      if (n < 0) {
+        if (errno == EINTR) continue;
+        RaisePosixError(errno, from);
+      }
+      if (n == 0) break;
+      if (!WriteAll(out.get(), buffer, static_cast<size_t>(n))) RaisePosixError(errno, to);
+    }
+    if (!out.Close()) RaisePosixError(errno, to);
+  }
+
+  void DeleteFile(const std::string& path) override {
+    struct stat st;
+    if (::lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) RaisePosixError(EISDIR, path);
+    if (::unlink(path.c_str()) != 0) RaisePosixError(errno, path);
+  }
+
+  int32_t CreateGuid(Guid& guid) override {
+    uuid_t raw;
+    uuid_generate(raw);
+    // uuid_t is big-endian byte order; the classic layout keeps the first three
+    // fields as numbers.
+    guid.Data1 = (uint32_t{raw[0]} << 24) | (uint32_t{raw[1]} << 16) | (uint32_t{raw[2]} << 8) |
+                 uint32_t{raw[3]};
+    guid.Data2 = static_cast<uint16_t>((raw[4] << 8) | raw[5]);
+    guid.Data3 = static_cast<uint16_t>((raw[6] << 8) | raw[7]);
+    std::memcpy(guid.Data4, raw + 8, 8);
+    return 0;
+  }
+
+  std::string ProductName() override { return "Veld Common Utility Library"; }
+
+  int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) override {
+    std::string caption = title.empty() ? ProductName() : title;
+    std::fprintf(stderr, "%s: %s\n", caption.c_str(), text.c_str());
+    std::fflush(stderr);
+    return 1;  // OK
+  }
+
+  void DoEvents() override {}
+
+  std::string AnsiCodePage() override { return "windows-1252"; }
+
+  int32_t TwipsPerPixelX() override { return 15; }
+  int32_t TwipsPerPixelY() override { return 15; }
+};
+
+}  // namespace
+
+Platform& Platform::Default() {
+  static PosixPlatform* platform = new PosixPlatform();  // lives for the process
+  return *platform;
+}
+
+}  // namespace veld

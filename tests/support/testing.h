@@ -1,0 +1,56 @@
+// Shared helpers of the test suite.
+#ifndef VELD_TESTS_SUPPORT_TESTING_H_
+#define VELD_TESTS_SUPPORT_TESTING_H_
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+#include "veld/runtime/automation_error.h"
+
+namespace veld::testing {
+
+// Runs `statement`, expects it to raise an AutomationError with the given
+// number and description, and expects the thread's current runtime error to
+// hold the same facts.
+#define EXPECT_RAISES(statement, number, description)                              \
+  do {                                                                             \
+    bool veld_raised_ = false;                                                     \
+    try {                                                                          \
+      statement;                                                                   \
+    } catch (const ::veld::AutomationError& veld_error_) {                         \
+      veld_raised_ = true;                                                         \
+      EXPECT_EQ(veld_error_.Number(), (number));                                   \
+      EXPECT_EQ(veld_error_.Description(), (description));                         \
+      EXPECT_EQ(::veld::Err().Number(), (number));                                 \
+      EXPECT_EQ(::veld::Err().Description(), (description));                       \
+    }                                                                              \
+    EXPECT_TRUE(veld_raised_) << "expected " #statement " to raise " << (number); \
+  } while (0)
+
+// A directory under the system's temporary directory, removed with all its
+// contents when the object goes.
+class TempDir {
+ public:
+  TempDir();
+  ~TempDir();
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+
+  const std::string& Path() const { return path_; }
+  // Path of `name` inside the directory.
+  std::string File(const std::string& name) const;
+  // Writes `content` to `name` inside the directory and returns its path.
+  std::string Write(const std::string& name, const std::string& content) const;
+
+ private:
+  std::string path_;
+};
+
+// Reads a whole file; "" when it cannot be read.
+std::string ReadFile(const std::string& path);
+
+}  // namespace veld::testing
+
+#endif  // VELD_TESTS_SUPPORT_TESTING_H_
