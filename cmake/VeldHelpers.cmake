@@ -3,7 +3,8 @@
 
 function(veld_apply_warnings target)
   if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wno-unused-parameter)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wno-unused-parameter
+                           -Wno-missing-field-initializers)
   elseif(MSVC)
     target_compile_options(${target} PRIVATE /W4 /utf-8)
   endif()

@@ -13,7 +13,7 @@ std::atomic<Platform*> g_installed{nullptr};
 Platform::~Platform() = default;
 
 ForwardingPlatform::ForwardingPlatform() : target_(Platform::Default()) {}
-ForwardingPlatform::ForwardingPlatform(Platform& target) : target_(target) {}
+ForwardingPlatform::ForwardingPlatform(Platform* target) : target_(*target) {}
 
 bool ForwardingPlatform::FileExists(const std::string& path) { return target_.FileExists(path); }
 void ForwardingPlatform::CopyFile(const std::string& from, const std::string& to) {

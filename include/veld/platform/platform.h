@@ -31,6 +31,9 @@ inline constexpr int32_t kMsgBoxCritical = 16;
 
 class VELD_EXPORT Platform {
  public:
+  Platform() = default;
+  Platform(const Platform&) = delete;
+  Platform& operator=(const Platform&) = delete;
   virtual ~Platform();
 
   // True when `path` names an existing ordinary file: not a directory, not a
@@ -75,7 +78,8 @@ class VELD_EXPORT Platform {
 class VELD_EXPORT ForwardingPlatform : public Platform {
  public:
   ForwardingPlatform();
-  explicit ForwardingPlatform(Platform& target);
+  // `target` must outlive this platform.
+  explicit ForwardingPlatform(Platform* target);
 
   bool FileExists(const std::string& path) override;
   void CopyFile(const std::string& from, const std::string& to) override;
