@@ -6,7 +6,7 @@ namespace veld {
 
 void KvoErrObject::ShowError() {
   if (number_ == 0) return;
-  CurrentPlatform().MessageBox(GetErrorMsg(), kMsgBoxCritical | kMsgBoxOkOnly, "");
+  CurrentPlatform().ShowMessageBox(GetErrorMsg(), kMsgBoxCritical | kMsgBoxOkOnly, "");
 }
 
 void KvoErrObject::SetError(const ErrObject* cErrObj) {

@@ -16,15 +16,15 @@ ForwardingPlatform::ForwardingPlatform() : target_(Platform::Default()) {}
 ForwardingPlatform::ForwardingPlatform(Platform* target) : target_(*target) {}
 
 bool ForwardingPlatform::FileExists(const std::string& path) { return target_.FileExists(path); }
-void ForwardingPlatform::CopyFile(const std::string& from, const std::string& to) {
-  target_.CopyFile(from, to);
+void ForwardingPlatform::FileCopy(const std::string& from, const std::string& to) {
+  target_.FileCopy(from, to);
 }
-void ForwardingPlatform::DeleteFile(const std::string& path) { target_.DeleteFile(path); }
+void ForwardingPlatform::RemoveFile(const std::string& path) { target_.RemoveFile(path); }
 int32_t ForwardingPlatform::CreateGuid(Guid& guid) { return target_.CreateGuid(guid); }
 std::string ForwardingPlatform::ProductName() { return target_.ProductName(); }
-int32_t ForwardingPlatform::MessageBox(const std::string& text, int32_t style,
+int32_t ForwardingPlatform::ShowMessageBox(const std::string& text, int32_t style,
                                        const std::string& title) {
-  return target_.MessageBox(text, style, title);
+  return target_.ShowMessageBox(text, style, title);
 }
 void ForwardingPlatform::DoEvents() { target_.DoEvents(); }
 std::string ForwardingPlatform::AnsiCodePage() { return target_.AnsiCodePage(); }

@@ -19,7 +19,7 @@ class RecordingPlatform : public ForwardingPlatform {
     int32_t style;
     std::string title;
   };
-  int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) override {
+  int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) override {
     boxes.push_back({text, style, title});
     return 1;
   }

@@ -37,10 +37,10 @@ class ProbeWorker : public DocumentFrame {
     return result;
   }
 
-  bool DeleteFile(const std::string& path) {
+  bool RemoveFile(const std::string& path) {
     bool result = false;
     Recorded([&] {
-      CurrentPlatform().DeleteFile(path);
+      CurrentPlatform().RemoveFile(path);
       result = true;
     });
     return result;
@@ -150,7 +150,7 @@ TEST_F(WorkerFrameTest, FailingDomOperationRecordsItsOwnNumber) {
 TEST_F(WorkerFrameTest, FailingFileOperationRecordsItsOwnNumber) {
   ::veld::testing::TempDir dir;
   ProbeWorker worker(kOptionFrame);
-  EXPECT_FALSE(worker.DeleteFile(dir.File("missing.xml")));
+  EXPECT_FALSE(worker.RemoveFile(dir.File("missing.xml")));
   EXPECT_EQ(worker.GetLastError(), "File not found(ERR#: 53)");
 }
 
@@ -187,7 +187,7 @@ TEST_F(WorkerFrameTest, RaiseLastErrorRaisesTheRecordedFailure) {
 TEST_F(WorkerFrameTest, RaiseLastErrorTwiceRaisesTwice) {
   ::veld::testing::TempDir dir;
   ProbeWorker worker(kOptionFrame);
-  worker.DeleteFile(dir.File("missing.xml"));
+  worker.RemoveFile(dir.File("missing.xml"));
   EXPECT_RAISES(worker.RaiseLastError(), 53, "File not found");
   EXPECT_RAISES(worker.RaiseLastError(), 53, "File not found");
   EXPECT_EQ(worker.GetLastError(), "File not found(ERR#: 53)");

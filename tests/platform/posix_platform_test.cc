@@ -37,7 +37,7 @@ TEST(PosixPlatformTest, MessageLoopPassDoesNothing) {
 
 TEST(PosixPlatformTest, MessageBoxWritesToStandardErrorAndAnswersOk) {
   ::testing::internal::CaptureStderr();
-  int32_t answer = Platform::Default().MessageBox("Something failed", 16, "");
+  int32_t answer = Platform::Default().ShowMessageBox("Something failed", 16, "");
   std::string written = ::testing::internal::GetCapturedStderr();
   EXPECT_EQ(answer, 1);
   EXPECT_EQ(written, "Veld Common Utility Library: Something failed\n");
@@ -75,14 +75,14 @@ TEST(PosixPlatformTest, CopyFileReplacesTheTarget) {
   TempDir dir;
   std::string from = dir.Write("from.xml", "new content");
   std::string to = dir.Write("to.xml", "old content that is longer");
-  Platform::Default().CopyFile(from, to);
+  Platform::Default().FileCopy(from, to);
   EXPECT_EQ(ReadFile(to), "new content");
   EXPECT_EQ(ReadFile(from), "new content");
 }
 
 TEST(PosixPlatformTest, CopyOfMissingFileRaisesFileNotFound) {
   TempDir dir;
-  EXPECT_RAISES(Platform::Default().CopyFile(dir.File("missing"), dir.File("to")), 53,
+  EXPECT_RAISES(Platform::Default().FileCopy(dir.File("missing"), dir.File("to")), 53,
                 "File not found");
   EXPECT_FALSE(Platform::Default().FileExists(dir.File("to")));
 }
@@ -91,26 +91,26 @@ TEST(PosixPlatformTest, CopyIntoMissingDirectoryRaisesPathNotFound) {
   TempDir dir;
   std::string from = dir.Write("from.xml", "x");
   // The missing directory is reported by the system as "no such file".
-  EXPECT_RAISES(Platform::Default().CopyFile(from, dir.File("no/such/dir/to")), 53,
+  EXPECT_RAISES(Platform::Default().FileCopy(from, dir.File("no/such/dir/to")), 53,
                 "File not found");
-  EXPECT_RAISES(Platform::Default().CopyFile(from, from + "/below"), 76, "Path not found");
+  EXPECT_RAISES(Platform::Default().FileCopy(from, from + "/below"), 76, "Path not found");
 }
 
 TEST(PosixPlatformTest, DeleteFileRemovesIt) {
   TempDir dir;
   std::string file = dir.Write("a.xml", "x");
-  Platform::Default().DeleteFile(file);
+  Platform::Default().RemoveFile(file);
   EXPECT_FALSE(Platform::Default().FileExists(file));
 }
 
 TEST(PosixPlatformTest, DeleteOfMissingFileRaisesFileNotFound) {
   TempDir dir;
-  EXPECT_RAISES(Platform::Default().DeleteFile(dir.File("missing")), 53, "File not found");
+  EXPECT_RAISES(Platform::Default().RemoveFile(dir.File("missing")), 53, "File not found");
 }
 
 TEST(PosixPlatformTest, DeleteOfDirectoryRaisesPathFileAccessError) {
   TempDir dir;
-  EXPECT_RAISES(Platform::Default().DeleteFile(dir.Path()), 75, "Path/File access error");
+  EXPECT_RAISES(Platform::Default().RemoveFile(dir.Path()), 75, "Path/File access error");
 }
 
 TEST(PosixErrorTest, SystemErrorsMapToClassicFileErrors) {

@@ -41,10 +41,12 @@ class VELD_EXPORT Platform {
   virtual bool FileExists(const std::string& path) = 0;
   // Copies a file, replacing `to` when it exists. Raises AutomationError with
   // the classic file error numbers (53 file not found, 70 permission denied,
-  // 76 path not found, ...) on failure.
-  virtual void CopyFile(const std::string& from, const std::string& to) = 0;
-  // Deletes a file. Raises as CopyFile does (53 when it does not exist).
-  virtual void DeleteFile(const std::string& path) = 0;
+  // 76 path not found, ...) on failure. (The file and message-box members
+  // avoid the names CopyFile, DeleteFile and MessageBox, which <windows.h>
+  // redefines as macros.)
+  virtual void FileCopy(const std::string& from, const std::string& to) = 0;
+  // Deletes a file. Raises as FileCopy does (53 when it does not exist).
+  virtual void RemoveFile(const std::string& path) = 0;
 
   // Makes a new GUID. Returns 0 on success and a failure code otherwise.
   virtual int32_t CreateGuid(Guid& guid) = 0;
@@ -55,7 +57,7 @@ class VELD_EXPORT Platform {
   // Shows a modal message box and returns the button pressed (1 for OK).
   // `style` holds the classic button and icon bits; an empty title means the
   // host's default title.
-  virtual int32_t MessageBox(const std::string& text, int32_t style,
+  virtual int32_t ShowMessageBox(const std::string& text, int32_t style,
                              const std::string& title) = 0;
 
   // One pass of the host's message loop (lets pending events run).
@@ -82,11 +84,11 @@ class VELD_EXPORT ForwardingPlatform : public Platform {
   explicit ForwardingPlatform(Platform* target);
 
   bool FileExists(const std::string& path) override;
-  void CopyFile(const std::string& from, const std::string& to) override;
-  void DeleteFile(const std::string& path) override;
+  void FileCopy(const std::string& from, const std::string& to) override;
+  void RemoveFile(const std::string& path) override;
   int32_t CreateGuid(Guid& guid) override;
   std::string ProductName() override;
-  int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) override;
+  int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) override;
   void DoEvents() override;
   std::string AnsiCodePage() override;
   int32_t TwipsPerPixelX() override;

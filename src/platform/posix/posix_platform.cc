@@ -69,7 +69,7 @@ class PosixPlatform final : public Platform {
     return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
   }
 
-  void CopyFile(const std::string& from, const std::string& to) override {
+  void FileCopy(const std::string& from, const std::string& to) override {
     ScopedFd in(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
     if (in.get() < 0) RaisePosixError(errno, from);
     struct stat st;
@@ -90,7 +90,7 @@ class PosixPlatform final : public Platform {
     if (!out.Close()) RaisePosixError(errno, to);
   }
 
-  void DeleteFile(const std::string& path) override {
+  void RemoveFile(const std::string& path) override {
     struct stat st;
     if (::lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) RaisePosixError(EISDIR, path);
     if (::unlink(path.c_str()) != 0) RaisePosixError(errno, path);
@@ -111,7 +111,7 @@ class PosixPlatform final : public Platform {
 
   std::string ProductName() override { return "Veld Common Utility Library"; }
 
-  int32_t MessageBox(const std::string& text, int32_t style, const std::string& title) override {
+  int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) override {
     std::string caption = title.empty() ? ProductName() : title;
     std::fprintf(stderr, "%s: %s\n", caption.c_str(), text.c_str());
     std::fflush(stderr);
