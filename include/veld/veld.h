@@ -1,0 +1,32 @@
+// The whole public interface of the Veld Common Utility Library in one
+// include. Every header under include/veld/ is listed here; the test
+// headers.umbrella_complete fails when one is missing, so add new public
+// headers to this list in their layer's group.
+#ifndef VELD_VELD_H_
+#define VELD_VELD_H_
+
+#include "veld/export.h"
+
+// runtime: Variant, raised errors, the keyed collection, case folding.
+#include "veld/runtime/automation_error.h"
+#include "veld/runtime/case_folding.h"
+#include "veld/runtime/keyed_collection.h"
+#include "veld/runtime/variant.h"
+
+// platform: everything that differs by operating system or host.
+#include "veld/platform/platform.h"
+
+// xml: the DOM and XPath over the library's XML documents.
+#include "veld/xml/xml_document.h"
+#include "veld/xml/xml_node.h"
+#include "veld/xml/xml_node_list.h"
+#include "veld/xml/xml_parse_error.h"
+#include "veld/xml/xsl_template.h"
+
+// foundation: the error record, the worker frame, GUID and hex texts.
+#include "veld/foundation/kvo_enums.h"
+#include "veld/foundation/kvo_err_object.h"
+#include "veld/foundation/kvo_utils.h"
+#include "veld/foundation/worker_frame.h"
+
+#endif  // VELD_VELD_H_

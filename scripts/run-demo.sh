@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Sets up the machine, builds the veld tool in build/ and runs it: the
+# version, then the library's self-check. Fails when either fails.
+#
+# Environment: VELD_BUILD_DIR (tree location), VELD_JOBS, VELD_SKIP_SETUP=1.
+set -euo pipefail
+# shellcheck source=scripts/common.sh
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+cd "$VELD_ROOT"
+
+"$VELD_ROOT/scripts/setup.sh"
+
+veld_configure_main >/dev/null
+cmake --build "$VELD_BUILD_DIR" -j "$VELD_JOBS" --target veld_cli
+
+veld="$VELD_BUILD_DIR/tools/veld/veld"
+echo
+echo "\$ veld --version"
+"$veld" --version
+echo
+echo "\$ veld self-check"
+"$veld" self-check
