@@ -1,0 +1,86 @@
+#include "xml/xml_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "veld/runtime/automation_error.h"
+
+namespace veld::xml_internal {
+namespace {
+
+struct FileClose {
+  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+using FilePtr = std::unique_ptr<std::FILE, FileClose>;
+
+FileError DescribeFileError(int error_number, bool reading) {
+  switch (error_number) {
+    case ENOENT:
+      // Reading: the file is missing (its directory may be too, but the DOM
+      // reports a missing file). Writing: the directory is missing.
+      if (reading) return {kXmlFileNotFound, "The system cannot find the file specified."};
+      return {errnum::kXmlPathNotFound, "The system cannot find the path specified."};
+    case ENOTDIR:
+    case ENAMETOOLONG:
+    case ELOOP:
+      return {errnum::kXmlPathNotFound, "The system cannot find the path specified."};
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+    case ETXTBSY:
+      return {errnum::kXmlAccessDenied, "Access is denied."};
+    case ENOSPC:
+      return {errnum::kXmlFailure, "There is not enough space on the disk."};
+    default:
+      return {errnum::kXmlFailure, std::strerror(error_number)};
+  }
+}
+
+}  // namespace
+
+bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error) {
+  bytes.clear();
+  if (path.empty()) {
+    error = {errnum::kXmlPathNotFound, "The system cannot find the path specified."};
+    return false;
+  }
+  errno = 0;
+  FilePtr file(std::fopen(path.c_str(), "rb"));
+  if (!file) {
+    error = DescribeFileError(errno, true);
+    return false;
+  }
+  char chunk[64 * 1024];
+  for (;;) {
+    size_t got = std::fread(chunk, 1, sizeof chunk, file.get());
+    bytes.append(chunk, got);
+    if (got < sizeof chunk) break;
+  }
+  if (std::ferror(file.get())) {
+    // Reading a directory fails here (EISDIR) rather than at the open.
+    error = DescribeFileError(errno != 0 ? errno : EIO, true);
+    bytes.clear();
+    return false;
+  }
+  return true;
+}
+
+void WriteFileBytes(const std::string& path, std::string_view bytes) {
+  auto fail = [](int error_number) {
+    FileError error = DescribeFileError(error_number, false);
+    RaiseError(error.number, error.reason);
+  };
+  if (path.empty()) fail(ENOENT);
+  errno = 0;
+  FilePtr file(std::fopen(path.c_str(), "wb"));
+  if (!file) fail(errno);
+  if (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) {
+    fail(errno != 0 ? errno : EIO);
+  }
+  if (std::fclose(file.release()) != 0) fail(errno != 0 ? errno : EIO);
+}
+
+}  // namespace veld::xml_internal

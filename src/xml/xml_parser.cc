@@ -1,0 +1,204 @@
+#include "xml/xml_parser.h"
+
+#include <climits>
+#include <new>
+#include <vector>
+
+#include <libxml/parserInternals.h>
+#include <libxml/uri.h>
+
+#include "veld/runtime/automation_error.h"
+#include "xml/document_core.h"
+#include "xml/xml_errors.h"
+#include "xml/xml_tree.h"
+
+namespace veld::xml_internal {
+namespace {
+
+constexpr const char* kXsltNamespace = "http://www.w3.org/1999/XSL/Transform";
+constexpr size_t kMaxSrcText = 1024;
+
+// External entities and DTDs are refused even if some path of the parser
+// asked for one; the parse options already keep it from asking.
+xmlParserInputPtr DenyEntity(void* /*ctx*/, const xmlChar* /*public_id*/,
+                             const xmlChar* /*system_id*/) {
+  return nullptr;
+}
+
+void IgnoreExternalSubset(void* /*ctx*/, const xmlChar* /*name*/, const xmlChar* /*external_id*/,
+                          const xmlChar* /*system_id*/) {}
+
+// Each CDATA section becomes a node of its own; libxml2's default handler
+// would merge adjacent sections into one, which the DOM does not.
+void CDataSection(void* ctx, const xmlChar* value, int length) {
+  auto* ctxt = static_cast<xmlParserCtxtPtr>(ctx);
+  if (ctxt->node == nullptr) return;
+  xmlNodePtr section = xmlNewCDataBlock(ctxt->myDoc, value, length);
+  if (section == nullptr) {
+    xmlStopParser(ctxt);
+    return;
+  }
+  LinkChild(ctxt->node, section, nullptr);
+}
+
+void CollectParserError(void* user_data, xmlErrorPtr error) {
+  auto* ctxt = static_cast<xmlParserCtxtPtr>(user_data);
+  static_cast<ErrorCollector*>(ctxt->_private)->Add(error);
+}
+
+bool IsBlank(const xmlChar* text) {
+  if (text == nullptr) return true;
+  for (; *text != 0; ++text) {
+    if (*text != ' ' && *text != '\t' && *text != '\n' && *text != '\r') return false;
+  }
+  return true;
+}
+
+// Whether whitespace-only text directly inside `element` is kept, given what
+// its parent keeps.
+bool KeepsBlanks(const xmlNode* element, bool inherited) {
+  if (element->ns != nullptr && xmlStrEqual(element->ns->href, XmlText(kXsltNamespace)) &&
+      xmlStrEqual(element->name, XmlText("text"))) {
+    // A style sheet's literal spaces live in xsl:text; dropping them would
+    // change every transform that uses it.
+    return true;
+  }
+  for (const xmlAttr* attr = element->properties; attr != nullptr; attr = attr->next) {
+    if (attr->ns == nullptr || !xmlStrEqual(attr->ns->href, XML_XML_NAMESPACE) ||
+        !xmlStrEqual(attr->name, XmlText("space"))) {
+      continue;
+    }
+    std::string value = DomNodeValue(reinterpret_cast<const xmlNode*>(attr));
+    if (value == "preserve") return true;
+    if (value == "default") return false;
+  }
+  return inherited;
+}
+
+bool IsValidUtf8(std::string_view text) {
+  size_t i = 0;
+  while (i < text.size()) {
+    auto lead = static_cast<unsigned char>(text[i]);
+    size_t extra = 0;
+    if (lead < 0x80) {
+      extra = 0;
+    } else if ((lead & 0xE0) == 0xC0) {
+      extra = 1;
+    } else if ((lead & 0xF0) == 0xE0) {
+      extra = 2;
+    } else if ((lead & 0xF8) == 0xF0) {
+      extra = 3;
+    } else {
+      return false;
+    }
+    if (text.size() - i <= extra) return false;
+    for (size_t k = 1; k <= extra; ++k) {
+      if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
+    }
+    i += extra + 1;
+  }
+  return true;
+}
+
+std::string LineOf(std::string_view bytes, int line) {
+  if (line <= 0) return "";
+  size_t start = 0;
+  for (int current = 1; current < line; ++current) {
+    start = bytes.find('\n', start);
+    if (start == std::string_view::npos) return "";
+    ++start;
+  }
+  size_t end = bytes.find('\n', start);
+  std::string_view text = bytes.substr(start, end == std::string_view::npos ? end : end - start);
+  if (!text.empty() && text.back() == '\r') text.remove_suffix(1);
+  if (text.size() > kMaxSrcText) {
+    text = text.substr(0, kMaxSrcText);
+    // Do not cut a character in two.
+    for (int k = 0; k < 3 && !IsValidUtf8(text); ++k) text.remove_suffix(1);
+  }
+  // The line is raw input; only hand it out when it is text we can carry.
+  return IsValidUtf8(text) ? std::string(text) : std::string();
+}
+
+ParseResult Failure(int code, std::string reason, int line, int column, std::string_view bytes,
+                    const std::string& url) {
+  ParseResult result;
+  result.error = XmlParseError(errnum::kXmlFailure, std::move(reason), line, column,
+                               LineOf(bytes, line), url, code);
+  return result;
+}
+
+}  // namespace
+
+ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const std::string& url) {
+  EnsureXmlLibrary();
+  if (bytes.empty()) return Failure(XML_ERR_DOCUMENT_EMPTY, "Document is empty", 1, 1, bytes, url);
+  if (bytes.size() > static_cast<size_t>(INT_MAX)) {
+    return Failure(XML_ERR_INTERNAL_ERROR, "The document is too large.", 0, 0, bytes, url);
+  }
+
+  ErrorCollector errors;
+  // Encoding conversion errors and the like are reported without the
+  // parser context; they must not reach stderr either.
+  ScopedErrorCapture capture(errors);
+  ParserCtxtPtr ctxt(xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
+  if (!ctxt) throw std::bad_alloc();
+  // Never NOENT (would expand external entities), DTDLOAD (would fetch the
+  // external subset) or HUGE (would lift the entity expansion limits).
+  int options = XML_PARSE_NONET;
+  if (encoding == TextEncoding::kUtf8) options |= XML_PARSE_IGNORE_ENC;
+  xmlCtxtUseOptions(ctxt.get(), options);
+  ctxt->sax->resolveEntity = &DenyEntity;
+  ctxt->sax->externalSubset = &IgnoreExternalSubset;
+  ctxt->sax->cdataBlock = &CDataSection;
+  ctxt->sax->serror = &CollectParserError;
+  ctxt->_private = &errors;
+
+  xmlParseDocument(ctxt.get());
+  DocPtr doc(ctxt->myDoc);
+  ctxt->myDoc = nullptr;
+  if (!doc || !ctxt->wellFormed || !ctxt->nsWellFormed) {
+    const ErrorDetail& first = errors.First();
+    std::string reason = errors.Message();
+    if (reason.empty()) reason = "The document is not well-formed.";
+    return Failure(first.code, std::move(reason), first.line, first.column, bytes, url);
+  }
+  MarkUtf8(doc.get());
+  if (!url.empty()) doc->URL = xmlPathToURI(XmlText(url));
+  DropBlankText(doc.get());
+  ParseResult result;
+  result.doc = std::move(doc);
+  return result;
+}
+
+void DropBlankText(xmlDocPtr doc) {
+  struct Level {
+    xmlNodePtr resume;
+    bool keep;
+  };
+  std::vector<Level> levels;
+  bool keep = false;
+  xmlNodePtr node = doc->children;
+  for (;;) {
+    while (node == nullptr) {
+      if (levels.empty()) return;
+      node = levels.back().resume;
+      keep = levels.back().keep;
+      levels.pop_back();
+    }
+    xmlNodePtr next = node->next;
+    if (node->type == XML_ELEMENT_NODE && node->children != nullptr) {
+      levels.push_back({next, keep});
+      keep = KeepsBlanks(node, keep);
+      node = node->children;
+      continue;
+    }
+    if (node->type == XML_TEXT_NODE && !keep && IsBlank(node->content)) {
+      xmlUnlinkNode(node);
+      NodePtr dropped(node);
+    }
+    node = next;
+  }
+}
+
+}  // namespace veld::xml_internal

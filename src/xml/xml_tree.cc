@@ -1,0 +1,218 @@
+#include "xml/xml_tree.h"
+
+#include <vector>
+
+#include <libxml/entities.h>
+
+#include "xml/xml_handles.h"
+
+namespace veld::xml_internal {
+namespace {
+
+// Appends the text below the sibling list starting at `first`. Iterative, so
+// that deep trees cannot exhaust the stack; entity references are followed
+// into their entity's content.
+void AppendTextOf(const xmlNode* first, std::string& out) {
+  std::vector<const xmlNode*> resume;
+  const xmlNode* cur = first;
+  while (cur != nullptr || !resume.empty()) {
+    if (cur == nullptr) {
+      cur = resume.back();
+      resume.pop_back();
+      continue;
+    }
+    const xmlNode* down = nullptr;
+    switch (cur->type) {
+      case XML_TEXT_NODE:
+      case XML_CDATA_SECTION_NODE:
+        if (cur->content != nullptr) out += reinterpret_cast<const char*>(cur->content);
+        break;
+      case XML_ELEMENT_NODE:
+      case XML_DOCUMENT_FRAG_NODE:
+        down = cur->children;
+        break;
+      case XML_ENTITY_REF_NODE: {
+        const xmlEntity* entity = xmlGetDocEntity(cur->doc, cur->name);
+        if (entity != nullptr) down = entity->children;
+        break;
+      }
+      default:
+        break;
+    }
+    if (down != nullptr) {
+      if (cur->next != nullptr) resume.push_back(cur->next);
+      cur = down;
+    } else {
+      cur = cur->next;
+    }
+  }
+}
+
+bool UsesNamespaces(xmlNodePtr root) {
+  xmlNodePtr cur = root;
+  while (cur != nullptr) {
+    if (cur->type == XML_ELEMENT_NODE) {
+      if (cur->ns != nullptr) return true;
+      for (xmlAttrPtr attr = cur->properties; attr != nullptr; attr = attr->next) {
+        if (attr->ns != nullptr) return true;
+      }
+      if (cur->children != nullptr) {
+        cur = cur->children;
+        continue;
+      }
+    }
+    while (cur != root && cur->next == nullptr) cur = cur->parent;
+    if (cur == root) break;
+    cur = cur->next;
+  }
+  return false;
+}
+
+}  // namespace
+
+int32_t DomNodeType(const xmlNode* node) {
+  switch (node->type) {
+    case XML_ELEMENT_NODE:
+      return 1;
+    case XML_ATTRIBUTE_NODE:
+      return 2;
+    case XML_TEXT_NODE:
+      return 3;
+    case XML_CDATA_SECTION_NODE:
+      return 4;
+    case XML_ENTITY_REF_NODE:
+      return 5;
+    case XML_ENTITY_NODE:
+    case XML_ENTITY_DECL:
+      return 6;
+    case XML_PI_NODE:
+      return 7;
+    case XML_COMMENT_NODE:
+      return 8;
+    case XML_DOCUMENT_NODE:
+    case XML_HTML_DOCUMENT_NODE:
+      return 9;
+    case XML_DOCUMENT_TYPE_NODE:
+    case XML_DTD_NODE:
+      return 10;
+    case XML_DOCUMENT_FRAG_NODE:
+      return 11;
+    case XML_NOTATION_NODE:
+      return 12;
+    default:
+      return 0;
+  }
+}
+
+std::string DomNodeName(const xmlNode* node) {
+  switch (node->type) {
+    case XML_ELEMENT_NODE:
+    case XML_ATTRIBUTE_NODE:
+      if (node->ns != nullptr && node->ns->prefix != nullptr) {
+        return StdText(node->ns->prefix) + ":" + StdText(node->name);
+      }
+      return StdText(node->name);
+    case XML_TEXT_NODE:
+      return "#text";
+    case XML_CDATA_SECTION_NODE:
+      return "#cdata-section";
+    case XML_COMMENT_NODE:
+      return "#comment";
+    case XML_DOCUMENT_NODE:
+    case XML_HTML_DOCUMENT_NODE:
+      return "#document";
+    case XML_DOCUMENT_FRAG_NODE:
+      return "#document-fragment";
+    default:
+      return StdText(node->name);
+  }
+}
+
+std::string DomNodeValue(const xmlNode* node) {
+  switch (node->type) {
+    case XML_TEXT_NODE:
+    case XML_CDATA_SECTION_NODE:
+    case XML_COMMENT_NODE:
+    case XML_PI_NODE:
+      return StdText(node->content);
+    case XML_ATTRIBUTE_NODE: {
+      std::string value;
+      AppendTextOf(node->children, value);
+      return value;
+    }
+    default:
+      return "";
+  }
+}
+
+std::string DomText(const xmlNode* node) {
+  switch (node->type) {
+    case XML_ELEMENT_NODE:
+    case XML_ATTRIBUTE_NODE:
+    case XML_DOCUMENT_NODE:
+    case XML_HTML_DOCUMENT_NODE:
+    case XML_DOCUMENT_FRAG_NODE: {
+      std::string text;
+      AppendTextOf(node->children, text);
+      return text;
+    }
+    case XML_ENTITY_REF_NODE: {
+      std::string text;
+      const xmlEntity* entity = xmlGetDocEntity(node->doc, node->name);
+      if (entity != nullptr) AppendTextOf(entity->children, text);
+      return text;
+    }
+    default:
+      return DomNodeValue(node);
+  }
+}
+
+bool HasQualifiedName(const xmlNode* node, std::string_view name) {
+  std::string_view local = TextView(node->name);
+  if (node->ns == nullptr || node->ns->prefix == nullptr) return name == local;
+  std::string_view prefix = TextView(node->ns->prefix);
+  return name.size() == prefix.size() + 1 + local.size() && name.starts_with(prefix) &&
+         name[prefix.size()] == ':' && name.ends_with(local);
+}
+
+xmlAttrPtr FindAttribute(const xmlNode* element, std::string_view name) {
+  for (xmlAttrPtr attr = element->properties; attr != nullptr; attr = attr->next) {
+    if (HasQualifiedName(reinterpret_cast<const xmlNode*>(attr), name)) return attr;
+  }
+  return nullptr;
+}
+
+void LinkChild(xmlNodePtr parent, xmlNodePtr child, xmlNodePtr ref) {
+  child->parent = parent;
+  if (ref == nullptr) {
+    child->prev = parent->last;
+    child->next = nullptr;
+    if (parent->last != nullptr) {
+      parent->last->next = child;
+    } else {
+      parent->children = child;
+    }
+    parent->last = child;
+  } else {
+    child->next = ref;
+    child->prev = ref->prev;
+    if (ref->prev != nullptr) {
+      ref->prev->next = child;
+    } else {
+      parent->children = child;
+    }
+    ref->prev = child;
+  }
+}
+
+void ReconcileNamespaces(xmlNodePtr element) {
+  // Most documents use no namespaces at all; then there is nothing to fix.
+  if (!UsesNamespaces(element)) return;
+  xmlDOMWrapReconcileNamespaces(nullptr, element, 0);
+}
+
+bool IsValidName(const std::string& name) {
+  return !name.empty() && xmlValidateName(XmlText(name), 0) == 0;
+}
+
+}  // namespace veld::xml_internal

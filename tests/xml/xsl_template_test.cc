@@ -1,0 +1,266 @@
+#include "veld/xml/xsl_template.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "veld/runtime/automation_error.h"
+#include "veld/xml/xml_document.h"
+
+#include "support/testing.h"
+
+namespace veld {
+namespace {
+
+using testing::TempDir;
+
+constexpr const char* kSecret = "TOP-SECRET-CONTENT-42";
+
+XmlDocument Loaded(const std::string& text) {
+  XmlDocument doc;
+  EXPECT_TRUE(doc.LoadXml(text)) << text << ": " << doc.ParseError().Reason();
+  return doc;
+}
+
+std::string Sheet(const std::string& body, const std::string& extra_attributes = "") {
+  return "<xsl:stylesheet version=\"1.0\" xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\"" +
+         extra_attributes + ">" + body + "</xsl:stylesheet>";
+}
+
+XslTemplate Compiled(const std::string& text) { return XslTemplate(Loaded(text)); }
+
+// Expects `statement` to raise kXmlFailure with a message containing `part`.
+#define EXPECT_XML_FAILURE(statement, part)                                                \
+  do {                                                                                     \
+    bool raised = false;                                                                   \
+    try {                                                                                  \
+      statement;                                                                           \
+    } catch (const AutomationError& error) {                                               \
+      raised = true;                                                                       \
+      EXPECT_EQ(error.Number(), errnum::kXmlFailure);                                      \
+      EXPECT_NE(error.Description().find(part), std::string::npos) << error.Description(); \
+      EXPECT_EQ(Err().Number(), errnum::kXmlFailure);                                      \
+    }                                                                                      \
+    EXPECT_TRUE(raised) << "expected " #statement " to raise";                             \
+  } while (0)
+
+const char* const kCopyItems =
+    "<xsl:template match=\"/\"><list><xsl:for-each select=\"//item\">"
+    "<entry name=\"{@name}\"><xsl:value-of select=\".\"/></entry>"
+    "</xsl:for-each></list></xsl:template>";
+
+TEST(XmlXslTemplateTest, TransformGivesANewDocument) {
+  XslTemplate xsl = Compiled(Sheet(kCopyItems));
+  XmlDocument input = Loaded("<r><item name=\"a\">1</item><item name=\"b\">\xC3\xA9</item></r>");
+  XmlDocument output = xsl.Transform(input);
+  EXPECT_EQ(output.Xml(),
+            "<list><entry name=\"a\">1</entry><entry name=\"b\">\xC3\xA9</entry></list>");
+  EXPECT_EQ(output.SelectNodes("//entry").Length(), 2);
+  EXPECT_FALSE(output == input);
+}
+
+TEST(XmlXslTemplateTest, TemplateIsReusable) {
+  XslTemplate xsl = Compiled(Sheet(kCopyItems));
+  EXPECT_EQ(xsl.Transform(Loaded("<r><item name=\"x\"/></r>")).Xml(),
+            "<list><entry name=\"x\"/></list>");
+  EXPECT_EQ(xsl.Transform(Loaded("<r/>")).Xml(), "<list/>");
+  XslTemplate copy = xsl;
+  EXPECT_EQ(copy.Transform(Loaded("<r/>")).Xml(), "<list/>");
+}
+
+TEST(XmlXslTemplateTest, TransformToTextOfTextOutput) {
+  XslTemplate xsl = Compiled(
+      Sheet("<xsl:output method=\"text\"/><xsl:template match=\"/\">"
+            "<xsl:for-each select=\"//v\"><xsl:value-of select=\".\"/><xsl:text>, </xsl:text>"
+            "</xsl:for-each></xsl:template>"));
+  EXPECT_EQ(xsl.TransformToText(Loaded("<r><v>a &amp; b</v><v>&lt;c&gt;</v></r>")), "a & b, <c>, ");
+}
+
+TEST(XmlXslTemplateTest, TransformToTextOfXmlOutputHasNoDeclaration) {
+  XslTemplate xsl =
+      Compiled(Sheet("<xsl:output method=\"xml\" indent=\"yes\" encoding=\"ISO-8859-1\"/>" +
+                     std::string(kCopyItems)));
+  EXPECT_EQ(xsl.TransformToText(Loaded("<r><item name=\"\xC3\xA9\"/></r>")),
+            "<list><entry name=\"\xC3\xA9\"/></list>");
+}
+
+TEST(XmlXslTemplateTest, TransformIntoReplacesTheOutputDocument) {
+  XslTemplate xsl = Compiled(Sheet(kCopyItems));
+  XmlDocument output = Loaded("<old><kept/></old>");
+  XmlDocument shared = output;
+  XmlNode kept = output.SelectSingleNode("//kept");
+  xsl.TransformInto(Loaded("<r><item name=\"n\">v</item></r>"), output);
+  EXPECT_EQ(shared.Xml(), "<list><entry name=\"n\">v</entry></list>");
+  EXPECT_EQ(kept.NodeName(), "kept");
+  EXPECT_EQ(kept.ParentNode().NodeName(), "old");
+}
+
+TEST(XmlXslTemplateTest, InputIsNotChanged) {
+  XslTemplate xsl =
+      Compiled(Sheet("<xsl:strip-space elements=\"*\"/><xsl:template match=\"/\">"
+                     "<n><xsl:value-of select=\"count(//text())\"/></n></xsl:template>"));
+  XmlDocument input = Loaded("<r xml:space=\"preserve\"> <a> </a> </r>");
+  XmlNode blank = input.DocumentElement().FirstChild();
+  EXPECT_EQ(xsl.Transform(input).Xml(), "<n>0</n>");
+  EXPECT_EQ(input.Xml(), "<r xml:space=\"preserve\"> <a> </a> </r>");
+  EXPECT_EQ(blank.NodeValue(), " ");
+  EXPECT_EQ(blank.ParentNode(), input.DocumentElement());
+}
+
+TEST(XmlXslTemplateTest, MsxslNodeSetIsAvailable) {
+  XslTemplate xsl = Compiled(Sheet(
+      "<xsl:variable name=\"t\"><x>1</x><x>2</x></xsl:variable>"
+      "<xsl:template match=\"/\"><n><xsl:value-of select=\"count(msxsl:node-set($t)/x)\"/></n>"
+      "</xsl:template>",
+      " xmlns:msxsl=\"urn:schemas-microsoft-com:xslt\" exclude-result-prefixes=\"msxsl\""));
+  EXPECT_EQ(xsl.Transform(Loaded("<r/>")).Xml(), "<n>2</n>");
+}
+
+TEST(XmlXslTemplateTest, StylesheetWithSyntaxErrorsRaises) {
+  XslTemplate xsl;
+  EXPECT_XML_FAILURE(xsl.SetStylesheet(Loaded(Sheet("<xsl:template match=\"/\">"
+                                                    "<xsl:value-of select=\"//a[\"/>"
+                                                    "</xsl:template>"))),
+                     "");
+  EXPECT_FALSE(Err().Description().empty());
+  EXPECT_FALSE(xsl.HasStylesheet());
+  EXPECT_XML_FAILURE(xsl.SetStylesheet(Loaded("<not-a-style-sheet/>")), "");
+  EXPECT_FALSE(Err().Description().empty());
+  EXPECT_XML_FAILURE(xsl.SetStylesheet(Loaded(Sheet("<xsl:bogus/>"))), "");
+  EXPECT_FALSE(Err().Description().empty());
+}
+
+TEST(XmlXslTemplateTest, EmptyStylesheetAndMissingStylesheetRaise) {
+  EXPECT_RAISES(XslTemplate{XmlDocument()}, errnum::kXmlFailure, "The style sheet is empty.");
+  XslTemplate none;
+  EXPECT_RAISES(none.Transform(Loaded("<r/>")), errnum::kXmlFailure,
+                "No style sheet has been set.");
+}
+
+TEST(XmlXslTemplateTest, FailedCompileKeepsThePreviousStylesheet) {
+  XslTemplate xsl = Compiled(Sheet(kCopyItems));
+  EXPECT_XML_FAILURE(xsl.SetStylesheet(Loaded("<plain/>")), "");
+  EXPECT_EQ(xsl.Transform(Loaded("<r/>")).Xml(), "<list/>");
+}
+
+TEST(XmlXslTemplateTest, MessageThatTerminatesRaisesWithItsText) {
+  XslTemplate xsl = Compiled(
+      Sheet("<xsl:template match=\"/\"><xsl:message terminate=\"yes\">stopped here</xsl:message>"
+            "</xsl:template>"));
+  EXPECT_XML_FAILURE(xsl.Transform(Loaded("<r/>")), "stopped here");
+}
+
+TEST(XmlXslTemplateTest, FileWritesAreRefused) {
+  TempDir dir;
+  std::string target = dir.File("written.txt");
+  std::string created = dir.File("newdir/written.txt");
+  XslTemplate xsl = Compiled(
+      "<xsl:stylesheet version=\"1.1\" xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\">"
+      "<xsl:template match=\"/\"><xsl:document href=\"" +
+      target + "\" method=\"text\">PWNED</xsl:document><xsl:document href=\"" + created +
+      "\" method=\"text\">PWNED</xsl:document><out/></xsl:template></xsl:stylesheet>");
+  EXPECT_XML_FAILURE(xsl.Transform(Loaded("<r/>")), "refused");
+  EXPECT_FALSE(std::filesystem::exists(target));
+  EXPECT_FALSE(std::filesystem::exists(dir.File("newdir")));
+}
+
+TEST(XmlXslTemplateTest, LocalFileReadsAreRefused) {
+  TempDir dir;
+  std::string side = dir.Write("side.xml", std::string("<s>") + kSecret + "</s>");
+  XslTemplate xsl =
+      Compiled(Sheet("<xsl:template match=\"/\"><out><xsl:value-of select=\"document('" + side +
+                     "')/s\"/></out></xsl:template>"));
+  try {
+    std::string text = xsl.TransformToText(Loaded("<r/>"));
+    EXPECT_EQ(text.find(kSecret), std::string::npos) << text;
+    ADD_FAILURE() << "expected the read to be refused";
+  } catch (const AutomationError& error) {
+    EXPECT_EQ(error.Number(), errnum::kXmlFailure);
+    EXPECT_NE(error.Description().find("refused"), std::string::npos) << error.Description();
+  }
+}
+
+TEST(XmlXslTemplateTest, NetworkReadsAreRefusedWithoutConnecting) {
+  int listener = socket(AF_INET, SOCK_STREAM, 0);
+  ASSERT_GE(listener, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t length = sizeof address;
+  ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(listen(listener, 8), 0);
+  ASSERT_EQ(getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length), 0);
+  fcntl(listener, F_SETFL, fcntl(listener, F_GETFL) | O_NONBLOCK);
+  std::string url = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/d.xml";
+
+  XslTemplate xsl =
+      Compiled(Sheet("<xsl:template match=\"/\"><out><xsl:value-of select=\"document('" + url +
+                     "')/s\"/></out></xsl:template>"));
+  EXPECT_XML_FAILURE(xsl.Transform(Loaded("<r/>")), "refused");
+  int client = accept(listener, nullptr, nullptr);
+  EXPECT_LT(client, 0) << "the transform connected to " << url;
+  if (client >= 0) close(client);
+  close(listener);
+}
+
+TEST(XmlXslTemplateTest, ImportAndIncludeAreRefused) {
+  TempDir dir;
+  std::string other = dir.Write("other.xsl", Sheet(kCopyItems));
+  EXPECT_XML_FAILURE(Compiled(Sheet("<xsl:import href=\"" + other + "\"/>")), "refused");
+  EXPECT_XML_FAILURE(Compiled(Sheet("<xsl:include href=\"" + other + "\"/>")), "refused");
+}
+
+TEST(XmlXslTemplateTest, DocumentOfTheStylesheetItselfWorksWhenLoadedFromAFile) {
+  TempDir dir;
+  std::string path = dir.Write(
+      "lookup.xsl", Sheet("<t:names><t:n k=\"1\">one</t:n><t:n k=\"2\">two</t:n></t:names>"
+                          "<xsl:template match=\"/\"><out><xsl:value-of "
+                          "select=\"document('')//t:n[@k=current()/r/@k]\"/></out></xsl:template>",
+                          " xmlns:t=\"urn:table\" exclude-result-prefixes=\"t\""));
+  XmlDocument sheet;
+  ASSERT_TRUE(sheet.Load(path)) << sheet.ParseError().Reason();
+  XslTemplate xsl(sheet);
+  EXPECT_EQ(xsl.Transform(Loaded("<r k=\"2\"/>")).Xml(), "<out>two</out>");
+}
+
+TEST(XmlXslTemplateTest, StylesheetDocumentIsNotChanged) {
+  XmlDocument sheet = Loaded(Sheet(kCopyItems));
+  std::string before = sheet.Xml();
+  XslTemplate xsl(sheet);
+  EXPECT_EQ(sheet.Xml(), before);
+}
+
+TEST(XmlXslTemplateTest, FailuresAreNotPrinted) {
+  TempDir dir;
+  std::string side = dir.Write("side.xml", "<s/>");
+  std::fflush(stderr);
+  int saved = dup(2);
+  std::string log = dir.File("stderr.txt");
+  FILE* file = std::fopen(log.c_str(), "w");
+  dup2(fileno(file), 2);
+  std::fclose(file);
+  try {
+    Compiled(Sheet("<xsl:template match=\"/\"><xsl:value-of select=\"//a[\"/></xsl:template>"));
+  } catch (const AutomationError&) {
+  }
+  try {
+    Compiled(Sheet("<xsl:template match=\"/\"><out><xsl:value-of select=\"document('" + side +
+                   "')/s\"/><xsl:message>note</xsl:message></out></xsl:template>"))
+        .Transform(Loaded("<r/>"));
+  } catch (const AutomationError&) {
+  }
+  std::fflush(stderr);
+  dup2(saved, 2);
+  close(saved);
+  EXPECT_EQ(testing::ReadFile(log), "");
+}
+
+}  // namespace
+}  // namespace veld
