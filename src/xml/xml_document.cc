@@ -34,6 +34,19 @@ void CheckName(const std::string& name) {
   }
 }
 
+// Makes the parsed document the held one; a failed parse leaves the document
+// empty with the parser's error.
+bool TakeParsed(DocumentState& state, xml_internal::ParseResult parsed) {
+  if (!parsed.doc) {
+    state.Replace(DocumentCore::CreateEmpty());
+    state.parse_error = std::move(parsed.error);
+    return false;
+  }
+  state.Replace(std::make_shared<DocumentCore>(std::move(parsed.doc)));
+  state.parse_error = XmlParseError();
+  return true;
+}
+
 }  // namespace
 
 XmlParseError::XmlParseError(int32_t error_code, std::string reason, int32_t line, int32_t line_pos,
@@ -54,36 +67,20 @@ XmlDocument::XmlDocument(std::shared_ptr<DocumentState> state) noexcept
 XmlDocument::~XmlDocument() = default;
 
 bool XmlDocument::LoadXml(const std::string& text) {
-  xml_internal::ParseResult parsed =
-      xml_internal::ParseDocument(text, xml_internal::TextEncoding::kUtf8, "");
-  if (!parsed.doc) {
-    state_->Replace(DocumentCore::CreateEmpty());
-    state_->parse_error = std::move(parsed.error);
-    return false;
-  }
-  state_->Replace(std::make_shared<DocumentCore>(std::move(parsed.doc)));
-  state_->parse_error = XmlParseError();
-  return true;
+  return TakeParsed(*state_,
+                    xml_internal::ParseDocument(text, xml_internal::TextEncoding::kUtf8, ""));
 }
 
 bool XmlDocument::Load(const std::string& path) {
   std::string bytes;
   xml_internal::FileError file_error;
   if (!xml_internal::ReadFileBytes(path, bytes, file_error)) {
-    state_->Replace(DocumentCore::CreateEmpty());
-    state_->parse_error = XmlParseError(file_error.number, file_error.reason, 0, 0, "", path);
-    return false;
+    xml_internal::ParseResult unread;
+    unread.error = XmlParseError(file_error.number, file_error.reason, 0, 0, "", path);
+    return TakeParsed(*state_, std::move(unread));
   }
-  xml_internal::ParseResult parsed =
-      xml_internal::ParseDocument(bytes, xml_internal::TextEncoding::kDeclared, path);
-  if (!parsed.doc) {
-    state_->Replace(DocumentCore::CreateEmpty());
-    state_->parse_error = std::move(parsed.error);
-    return false;
-  }
-  state_->Replace(std::make_shared<DocumentCore>(std::move(parsed.doc)));
-  state_->parse_error = XmlParseError();
-  return true;
+  return TakeParsed(
+      *state_, xml_internal::ParseDocument(bytes, xml_internal::TextEncoding::kDeclared, path));
 }
 
 const XmlParseError& XmlDocument::ParseError() const { return state_->parse_error; }

@@ -1,12 +1,13 @@
 #include "veld/foundation/kvo_err_object.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
-#include "support/testing.h"
+#include <gtest/gtest.h>
+
 #include "veld/platform/platform.h"
+
+#include "support/testing.h"
 
 namespace veld {
 namespace {
@@ -19,7 +20,8 @@ class RecordingPlatform : public ForwardingPlatform {
     int32_t style;
     std::string title;
   };
-  int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) override {
+  int32_t ShowMessageBox(const std::string& text, int32_t style,
+                         const std::string& title) override {
     boxes.push_back({text, style, title});
     return 1;
   }

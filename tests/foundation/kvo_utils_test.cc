@@ -1,12 +1,13 @@
 #include "veld/foundation/kvo_utils.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <string>
 
-#include "support/testing.h"
+#include <gtest/gtest.h>
+
 #include "veld/platform/platform.h"
+
+#include "support/testing.h"
 
 namespace veld {
 namespace {
@@ -117,7 +118,8 @@ TEST(KvoGenerateGUIDTest, EachCallGivesANewValue) {
 
 TEST(KvoGenerateGUIDTest, FieldsAreWrittenInRegistryOrder) {
   FixedGuidPlatform platform;
-  platform.fixed = Guid{0x0012ABCD, 0x00EF, 0xF001, {0x01, 0xA2, 0x03, 0x04, 0x05, 0x06, 0x07, 0xFF}};
+  platform.fixed =
+      Guid{0x0012ABCD, 0x00EF, 0xF001, {0x01, 0xA2, 0x03, 0x04, 0x05, 0x06, 0x07, 0xFF}};
   ScopedPlatform installed(platform);
   KvoUtils utils;
   EXPECT_EQ(utils.KvoGenerateGUID(KVO_GUID_FORMAT_GENERAL),

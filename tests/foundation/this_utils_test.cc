@@ -1,12 +1,13 @@
 #include "foundation/this_utils.h"
 
-#include <gtest/gtest.h>
-
 #include <set>
 #include <string>
 
-#include "support/testing.h"
+#include <gtest/gtest.h>
+
 #include "veld/platform/platform.h"
+
+#include "support/testing.h"
 
 namespace veld {
 namespace {

@@ -1,14 +1,15 @@
 #include "veld/foundation/worker_frame.h"
 
-#include <gtest/gtest.h>
-
 #include <new>
 #include <stdexcept>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "foundation/frame_settings.h"
-#include "support/testing.h"
 #include "veld/platform/platform.h"
+
+#include "support/testing.h"
 
 namespace veld {
 namespace {

@@ -1,19 +1,15 @@
 #include "foundation/xml_utils.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "support/testing.h"
 
 namespace veld {
 namespace {
 
-XmlDocument Load(const std::string& text) {
-  XmlDocument doc;
-  EXPECT_TRUE(doc.LoadXml(text)) << text;
-  return doc;
-}
+using ::veld::testing::Loaded;
 
 TEST(EscapeXmlTextTest, FiveSpecialCharactersBecomeEntitiesInOrder) {
   EXPECT_EQ(EscapeXmlText("&\"><'"), "&amp;&quot;&gt;&lt;&apos;");
@@ -30,7 +26,7 @@ TEST(EscapeXmlTextTest, OtherTextIsUnchanged) {
 }
 
 TEST(EscapeXmlTextTest, NameWithApostropheIsNotFoundByAPredicate) {
-  XmlDocument doc = Load("<c><option name=\"it's\"/><option name=\"it&amp;apos;s\"/></c>");
+  XmlDocument doc = Loaded("<c><option name=\"it's\"/><option name=\"it&amp;apos;s\"/></c>");
   std::string path = "/c/option[@name='" + EscapeXmlText("it's") + "']";
   XmlNodeList found = doc.SelectNodes(path);
   // Only the attribute that literally holds the six characters "&apos;"
@@ -40,7 +36,7 @@ TEST(EscapeXmlTextTest, NameWithApostropheIsNotFoundByAPredicate) {
 }
 
 TEST(EscapeXmlTextTest, NamesWithSpecialCharactersAreNotFound) {
-  XmlDocument doc = Load(
+  XmlDocument doc = Loaded(
       "<c><o name=\"a&amp;b\"/><o name=\"a&quot;b\"/><o name=\"a&gt;b\"/><o name=\"a&lt;b\"/></c>");
   for (const char* name : {"a&b", "a\"b", "a>b", "a<b"}) {
     std::string path = "/c/o[@name='" + EscapeXmlText(name) + "']";
@@ -49,12 +45,12 @@ TEST(EscapeXmlTextTest, NamesWithSpecialCharactersAreNotFound) {
 }
 
 TEST(GetNodeAttributeTest, PresentButEmptyAttributeGivesEmptyText) {
-  XmlDocument doc = Load("<a v=\"\"/>");
+  XmlDocument doc = Loaded("<a v=\"\"/>");
   EXPECT_EQ(GetNodeAttribute(doc.DocumentElement(), "v", "default"), "");
 }
 
 TEST(GetNodeAttributeTest, MissingAttributeGivesDefault) {
-  XmlDocument doc = Load("<a v=\"1\"/>");
+  XmlDocument doc = Loaded("<a v=\"1\"/>");
   EXPECT_EQ(GetNodeAttribute(doc.DocumentElement(), "w", "default"), "default");
   EXPECT_EQ(GetNodeAttribute(doc.DocumentElement(), "v", "default"), "1");
 }
@@ -64,39 +60,39 @@ TEST(GetNodeAttributeTest, NullElementGivesDefault) {
 }
 
 TEST(GetNodeTextTest, OnlyTheFirstTextChildCounts) {
-  XmlDocument doc = Load("<a>first<b/>second</a>");
+  XmlDocument doc = Loaded("<a>first<b/>second</a>");
   EXPECT_EQ(GetNodeText(doc.DocumentElement()), "first");
 }
 
 TEST(GetNodeTextTest, TextAfterChildElementOrCommentIsNotIncluded) {
-  XmlDocument doc = Load("<r><a><b>inner</b>after</a><c><!--note-->tail</c></r>");
+  XmlDocument doc = Loaded("<r><a><b>inner</b>after</a><c><!--note-->tail</c></r>");
   EXPECT_EQ(GetNodeText(doc.SelectSingleNode("/r/a")), "after");
   EXPECT_EQ(GetNodeText(doc.SelectSingleNode("/r/c")), "tail");
 }
 
 TEST(GetNodeTextTest, CdataIsNotAText) {
-  XmlDocument doc = Load("<a><![CDATA[data]]></a>");
+  XmlDocument doc = Loaded("<a><![CDATA[data]]></a>");
   EXPECT_EQ(GetNodeText(doc.DocumentElement()), "");
 }
 
 TEST(GetNodeTextTest, NullOrEmptyNodeGivesEmptyText) {
   EXPECT_EQ(GetNodeText(XmlNode()), "");
-  XmlDocument doc = Load("<a/>");
+  XmlDocument doc = Loaded("<a/>");
   EXPECT_EQ(GetNodeText(doc.DocumentElement()), "");
 }
 
 TEST(GetNodeAttributeOrTextTest, EmptyElementWithoutAttributeGivesEmptyDespiteDefault) {
-  XmlDocument doc = Load("<a/>");
+  XmlDocument doc = Loaded("<a/>");
   EXPECT_EQ(GetNodeAttributeOrText(doc.DocumentElement(), "value", "default"), "");
 }
 
 TEST(GetNodeAttributeOrTextTest, AttributeWinsOverText) {
-  XmlDocument doc = Load("<a value=\"attr\">text</a>");
+  XmlDocument doc = Loaded("<a value=\"attr\">text</a>");
   EXPECT_EQ(GetNodeAttributeOrText(doc.DocumentElement(), "value", "d"), "attr");
 }
 
 TEST(GetNodeAttributeOrTextTest, TextWhenNoAttribute) {
-  XmlDocument doc = Load("<a>text</a>");
+  XmlDocument doc = Loaded("<a>text</a>");
   EXPECT_EQ(GetNodeAttributeOrText(doc.DocumentElement(), "value", "d"), "text");
 }
 
@@ -105,32 +101,32 @@ TEST(GetNodeAttributeOrTextTest, NullElementGivesDefault) {
 }
 
 TEST(RemoveSelectedNodesTest, NoMatchReturnsTrueAndChangesNothing) {
-  XmlDocument doc = Load("<a><b/><c/></a>");
+  XmlDocument doc = Loaded("<a><b/><c/></a>");
   EXPECT_TRUE(RemoveSelectedNodes(doc.AsNode(), "/a/none"));
   EXPECT_EQ(doc.Xml(), "<a><b/><c/></a>");
 }
 
 TEST(RemoveSelectedNodesTest, RemovesEverySelectedNodeFromItsParent) {
-  XmlDocument doc = Load("<a><b/><c><b/><b><b/></b></c><d/></a>");
+  XmlDocument doc = Loaded("<a><b/><c><b/><b><b/></b></c><d/></a>");
   EXPECT_TRUE(RemoveSelectedNodes(doc.AsNode(), "//b"));
   EXPECT_EQ(doc.Xml(), "<a><c/><d/></a>");
 }
 
 TEST(RemoveSelectedNodesTest, ExpressionIsTrimmedOfBlanks) {
-  XmlDocument doc = Load("<a><b/><c/></a>");
+  XmlDocument doc = Loaded("<a><b/><c/></a>");
   EXPECT_TRUE(RemoveSelectedNodes(doc.AsNode(), "   /a/b   "));
   EXPECT_EQ(doc.Xml(), "<a><c/></a>");
 }
 
 TEST(RemoveSelectedNodesTest, RelativeToAContextNode) {
-  XmlDocument doc = Load("<a><s id=\"1\"><o/><o/></s><s id=\"2\"><o/></s></a>");
+  XmlDocument doc = Loaded("<a><s id=\"1\"><o/><o/></s><s id=\"2\"><o/></s></a>");
   XmlNode first = doc.SelectSingleNode("/a/s[@id='1']");
   EXPECT_TRUE(RemoveSelectedNodes(first, "o"));
   EXPECT_EQ(doc.Xml(), "<a><s id=\"1\"/><s id=\"2\"><o/></s></a>");
 }
 
 TEST(RemoveSelectedNodesTest, MalformedExpressionReachesTheCaller) {
-  XmlDocument doc = Load("<a/>");
+  XmlDocument doc = Loaded("<a/>");
   EXPECT_THROW(RemoveSelectedNodes(doc.AsNode(), "/a[@id='x]"), AutomationError);
 }
 

@@ -27,6 +27,12 @@ std::string TempDir::Write(const std::string& name, const std::string& content) 
   return path;
 }
 
+XmlDocument Loaded(const std::string& text) {
+  XmlDocument doc;
+  EXPECT_TRUE(doc.LoadXml(text)) << text << ": " << doc.ParseError().Reason();
+  return doc;
+}
+
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) return "";

@@ -2,30 +2,31 @@
 #ifndef VELD_TESTS_SUPPORT_TESTING_H_
 #define VELD_TESTS_SUPPORT_TESTING_H_
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "veld/runtime/automation_error.h"
+#include "veld/xml/xml_document.h"
 
 namespace veld::testing {
 
 // Runs `statement`, expects it to raise an AutomationError with the given
 // number and description, and expects the thread's current runtime error to
 // hold the same facts.
-#define EXPECT_RAISES(statement, number, description)                              \
-  do {                                                                             \
-    bool veld_raised_ = false;                                                     \
-    try {                                                                          \
-      statement;                                                                   \
-    } catch (const ::veld::AutomationError& veld_error_) {                         \
-      veld_raised_ = true;                                                         \
-      EXPECT_EQ(veld_error_.Number(), (number));                                   \
-      EXPECT_EQ(veld_error_.Description(), (description));                         \
-      EXPECT_EQ(::veld::Err().Number(), (number));                                 \
-      EXPECT_EQ(::veld::Err().Description(), (description));                       \
-    }                                                                              \
+#define EXPECT_RAISES(statement, number, description)                             \
+  do {                                                                            \
+    bool veld_raised_ = false;                                                    \
+    try {                                                                         \
+      statement;                                                                  \
+    } catch (const ::veld::AutomationError& veld_error_) {                        \
+      veld_raised_ = true;                                                        \
+      EXPECT_EQ(veld_error_.Number(), (number));                                  \
+      EXPECT_EQ(veld_error_.Description(), (description));                        \
+      EXPECT_EQ(::veld::Err().Number(), (number));                                \
+      EXPECT_EQ(::veld::Err().Description(), (description));                      \
+    }                                                                             \
     EXPECT_TRUE(veld_raised_) << "expected " #statement " to raise " << (number); \
   } while (0)
 
@@ -47,6 +48,9 @@ class TempDir {
  private:
   std::string path_;
 };
+
+// A document loaded from `text`; a failure to load fails the test.
+XmlDocument Loaded(const std::string& text);
 
 // Reads a whole file; "" when it cannot be read.
 std::string ReadFile(const std::string& path);

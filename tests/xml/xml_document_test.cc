@@ -11,14 +11,10 @@
 namespace veld {
 namespace {
 
+using ::veld::testing::Loaded;
+
 using testing::ReadFile;
 using testing::TempDir;
-
-XmlDocument Loaded(const std::string& text) {
-  XmlDocument doc;
-  EXPECT_TRUE(doc.LoadXml(text)) << text << ": " << doc.ParseError().Reason();
-  return doc;
-}
 
 TEST(XmlDocumentTest, NewDocumentIsEmpty) {
   XmlDocument doc;

@@ -15,11 +15,7 @@
 namespace veld {
 namespace {
 
-XmlDocument Loaded(const std::string& text) {
-  XmlDocument doc;
-  EXPECT_TRUE(doc.LoadXml(text)) << text << ": " << doc.ParseError().Reason();
-  return doc;
-}
+using ::veld::testing::Loaded;
 
 size_t OrphanCount(const XmlDocument& doc) {
   return xml_internal::Access::State(doc)->core()->orphan_count();

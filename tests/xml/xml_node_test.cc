@@ -13,11 +13,7 @@
 namespace veld {
 namespace {
 
-XmlDocument Loaded(const std::string& text) {
-  XmlDocument doc;
-  EXPECT_TRUE(doc.LoadXml(text)) << text << ": " << doc.ParseError().Reason();
-  return doc;
-}
+using ::veld::testing::Loaded;
 
 std::vector<std::string> Names(const XmlNodeList& list) {
   std::vector<std::string> names;

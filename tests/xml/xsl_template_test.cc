@@ -19,15 +19,11 @@
 namespace veld {
 namespace {
 
+using ::veld::testing::Loaded;
+
 using testing::TempDir;
 
 constexpr const char* kSecret = "TOP-SECRET-CONTENT-42";
-
-XmlDocument Loaded(const std::string& text) {
-  XmlDocument doc;
-  EXPECT_TRUE(doc.LoadXml(text)) << text << ": " << doc.ParseError().Reason();
-  return doc;
-}
 
 std::string Sheet(const std::string& body, const std::string& extra_attributes = "") {
   return "<xsl:stylesheet version=\"1.0\" xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\"" +
