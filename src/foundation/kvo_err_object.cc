@@ -21,9 +21,8 @@ void KvoErrObject::SetError(const ErrObject* cErrObj) {
   SetError2(number, description, help_file, Variant(help_context), Variant(source));
 }
 
-void KvoErrObject::SetError2(int32_t nNumber, const std::string& sMsg,
-                             const std::string& sHelpFile, const Variant& vHelpContext,
-                             const Variant& vSource) {
+void KvoErrObject::SetError2(int32_t nNumber, const std::string& sMsg, const std::string& sHelpFile,
+                             const Variant& vHelpContext, const Variant& vSource) {
   Clear();
   number_ = nNumber;
   description_ = description_prefix_ + sMsg;

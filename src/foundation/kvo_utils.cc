@@ -22,8 +22,10 @@ std::string KvoUtils::KvoGenerateGUID(KvoGuidFormatEnum nFormat) {
   switch (nFormat) {
     case KVO_GUID_FORMAT_GENERAL:
       return "{" + part1 + "-" + part2 + "-" + part3 + "-" + part4 + "-" + part5 + "}";
-    case Kvo_GUID_FORMAT_PUREDATA: return part1 + part2 + part3 + part4 + part5;
-    default: return "";
+    case Kvo_GUID_FORMAT_PUREDATA:
+      return part1 + part2 + part3 + part4 + part5;
+    default:
+      return "";
   }
 }
 

@@ -23,7 +23,7 @@ void ForwardingPlatform::RemoveFile(const std::string& path) { target_.RemoveFil
 int32_t ForwardingPlatform::CreateGuid(Guid& guid) { return target_.CreateGuid(guid); }
 std::string ForwardingPlatform::ProductName() { return target_.ProductName(); }
 int32_t ForwardingPlatform::ShowMessageBox(const std::string& text, int32_t style,
-                                       const std::string& title) {
+                                           const std::string& title) {
   return target_.ShowMessageBox(text, style, title);
 }
 void ForwardingPlatform::DoEvents() { target_.DoEvents(); }

@@ -1,8 +1,8 @@
 #include "veld/platform/platform.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "support/testing.h"
 

@@ -1,13 +1,13 @@
-#include "veld/platform/platform.h"
-
-#include <gtest/gtest.h>
-#include <errno.h>
-
 #include <cstdio>
 #include <set>
 #include <string>
 
+#include <errno.h>
+#include <gtest/gtest.h>
+
 #include "platform/posix/posix_error.h"
+#include "veld/platform/platform.h"
+
 #include "support/testing.h"
 
 namespace veld {

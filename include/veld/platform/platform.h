@@ -58,7 +58,7 @@ class VELD_EXPORT Platform {
   // `style` holds the classic button and icon bits; an empty title means the
   // host's default title.
   virtual int32_t ShowMessageBox(const std::string& text, int32_t style,
-                             const std::string& title) = 0;
+                                 const std::string& title) = 0;
 
   // One pass of the host's message loop (lets pending events run).
   virtual void DoEvents() = 0;

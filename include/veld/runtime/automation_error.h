@@ -64,8 +64,8 @@ class VELD_EXPORT ErrObject {
   // Sets the five facts and throws them as an AutomationError. A description
   // left empty is filled with the runtime's text for the number.
   [[noreturn]] void Raise(int32_t number, const std::string& source = "",
-                          const std::string& description = "",
-                          const std::string& help_file = "", int32_t help_context = 0);
+                          const std::string& description = "", const std::string& help_file = "",
+                          int32_t help_context = 0);
 
  private:
   ErrorInfo info_;

@@ -8,22 +8,30 @@ namespace veld {
 
 int PosixErrorNumber(int error_number) {
   switch (error_number) {
-    case ENOENT: return errnum::kFileNotFound;
+    case ENOENT:
+      return errnum::kFileNotFound;
     case ENOTDIR:
     case ENAMETOOLONG:
-    case ELOOP: return errnum::kPathNotFound;
+    case ELOOP:
+      return errnum::kPathNotFound;
     case EACCES:
     case EPERM:
     case EROFS:
     case ETXTBSY:
-    case EBUSY: return errnum::kPermissionDenied;
-    case EEXIST: return errnum::kFileAlreadyExists;
+    case EBUSY:
+      return errnum::kPermissionDenied;
+    case EEXIST:
+      return errnum::kFileAlreadyExists;
     case ENOSPC:
-    case EDQUOT: return 61;  // Disk full
+    case EDQUOT:
+      return 61;  // Disk full
     case EMFILE:
-    case ENFILE: return 67;  // Too many files
-    case EIO: return 57;     // Device I/O error
-    default: return errnum::kPathFileAccessError;
+    case ENFILE:
+      return 67;  // Too many files
+    case EIO:
+      return 57;  // Device I/O error
+    default:
+      return errnum::kPathFileAccessError;
   }
 }
 

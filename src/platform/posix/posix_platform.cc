@@ -1,14 +1,14 @@
 // The POSIX platform: files through the C library, GUIDs from libuuid, the
 // message box on standard error and a message loop with nothing to pump.
+#include <cstdio>
+#include <cstring>
+#include <string>
+
 #include <errno.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <uuid/uuid.h>
-
-#include <cstdio>
-#include <cstring>
-#include <string>
 
 #include "platform/posix/posix_error.h"
 #include "veld/platform/platform.h"
@@ -111,7 +111,8 @@ class PosixPlatform final : public Platform {
 
   std::string ProductName() override { return "Veld Common Utility Library"; }
 
-  int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) override {
+  int32_t ShowMessageBox(const std::string& text, int32_t style,
+                         const std::string& title) override {
     std::string caption = title.empty() ? ProductName() : title;
     std::fprintf(stderr, "%s: %s\n", caption.c_str(), text.c_str());
     std::fflush(stderr);

@@ -3,10 +3,10 @@
 // screen's logical resolution.
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
-#include <windows.h>
-#include <objbase.h>
-
 #include <string>
+
+#include <objbase.h>
+#include <windows.h>
 
 #include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
@@ -17,8 +17,8 @@ namespace {
 
 std::wstring Widen(const std::string& utf8) {
   if (utf8.empty()) return std::wstring();
-  int length = ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()),
-                                     nullptr, 0);
+  int length =
+      ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0);
   std::wstring wide(static_cast<size_t>(length), L'\0');
   ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(),
                         length);
@@ -28,20 +28,28 @@ std::wstring Widen(const std::string& utf8) {
 // The classic file error for a Win32 error code.
 int32_t WindowsErrorNumber(DWORD code) {
   switch (code) {
-    case ERROR_FILE_NOT_FOUND: return errnum::kFileNotFound;
+    case ERROR_FILE_NOT_FOUND:
+      return errnum::kFileNotFound;
     case ERROR_PATH_NOT_FOUND:
     case ERROR_INVALID_DRIVE:
-    case ERROR_BAD_NETPATH: return errnum::kPathNotFound;
+    case ERROR_BAD_NETPATH:
+      return errnum::kPathNotFound;
     case ERROR_ACCESS_DENIED:
-    case ERROR_WRITE_PROTECT: return errnum::kPermissionDenied;
+    case ERROR_WRITE_PROTECT:
+      return errnum::kPermissionDenied;
     case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION: return errnum::kFileAlreadyOpen;
+    case ERROR_LOCK_VIOLATION:
+      return errnum::kFileAlreadyOpen;
     case ERROR_FILE_EXISTS:
-    case ERROR_ALREADY_EXISTS: return errnum::kFileAlreadyExists;
+    case ERROR_ALREADY_EXISTS:
+      return errnum::kFileAlreadyExists;
     case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL: return 61;  // Disk full
-    case ERROR_TOO_MANY_OPEN_FILES: return 67;  // Too many files
-    default: return errnum::kPathFileAccessError;
+    case ERROR_HANDLE_DISK_FULL:
+      return 61;  // Disk full
+    case ERROR_TOO_MANY_OPEN_FILES:
+      return 67;  // Too many files
+    default:
+      return errnum::kPathFileAccessError;
   }
 }
 
@@ -80,7 +88,8 @@ class WindowsPlatform final : public Platform {
 
   std::string ProductName() override { return "Veld Common Utility Library"; }
 
-  int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) override {
+  int32_t ShowMessageBox(const std::string& text, int32_t style,
+                         const std::string& title) override {
     std::wstring caption = Widen(title.empty() ? ProductName() : title);
     return ::MessageBoxW(nullptr, Widen(text).c_str(), caption.c_str(),
                          static_cast<UINT>(style) | MB_TASKMODAL);
