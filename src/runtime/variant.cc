@@ -1,5 +1,6 @@
 #include "veld/runtime/variant.h"
 
+#include <optional>
 #include <string_view>
 #include <type_traits>
 
@@ -27,6 +28,27 @@ std::string_view TrimBlanks(std::string_view text) {
   if (first == std::string_view::npos) return {};
   const size_t last = text.find_last_not_of(" \t");
   return text.substr(first, last - first + 1);
+}
+
+// The value of a numeric kind as a double, which holds every Byte, Integer,
+// Long and Date exactly (Boolean True is -1); nullopt for the other kinds.
+std::optional<double> NumberOf(const Variant& value) {
+  switch (value.Type()) {
+    case VarType::kBoolean:
+      return value.AsBool() ? -1.0 : 0.0;
+    case VarType::kByte:
+      return value.AsByte();
+    case VarType::kInteger:
+      return value.AsInteger();
+    case VarType::kLong:
+      return value.AsLong();
+    case VarType::kDouble:
+      return value.AsDouble();
+    case VarType::kDate:
+      return value.AsDate();
+    default:
+      return std::nullopt;
+  }
 }
 
 }  // namespace
@@ -61,19 +83,7 @@ VarType Variant::Type() const {
   }
 }
 
-bool Variant::IsNumeric() const {
-  switch (Type()) {
-    case VarType::kBoolean:
-    case VarType::kByte:
-    case VarType::kInteger:
-    case VarType::kLong:
-    case VarType::kDouble:
-    case VarType::kDate:
-      return true;
-    default:
-      return false;
-  }
-}
+bool Variant::IsNumeric() const { return NumberOf(*this).has_value(); }
 
 std::string Variant::ToString() const {
   switch (Type()) {
@@ -99,100 +109,36 @@ std::string Variant::ToString() const {
 }
 
 int32_t Variant::ToLong() const {
-  switch (Type()) {
-    case VarType::kEmpty:
-      return 0;
-    case VarType::kBoolean:
-      return AsBool() ? -1 : 0;
-    case VarType::kByte:
-      return AsByte();
-    case VarType::kInteger:
-      return AsInteger();
-    case VarType::kLong:
-      return AsLong();
-    case VarType::kDouble:
-      return DoubleToLong(AsDouble());
-    case VarType::kDate:
-      return DoubleToLong(AsDate());
-    case VarType::kString:
-      return veld::ToLong(AsString());
-    default:
-      RaiseNotConvertible(*this);
-  }
+  if (IsEmpty()) return 0;
+  if (IsString()) return veld::ToLong(AsString());
+  if (const std::optional<double> number = NumberOf(*this)) return DoubleToLong(*number);
+  RaiseNotConvertible(*this);
 }
 
 int16_t Variant::ToInteger() const {
-  switch (Type()) {
-    case VarType::kEmpty:
-      return 0;
-    case VarType::kBoolean:
-      return AsBool() ? -1 : 0;
-    case VarType::kByte:
-      return AsByte();
-    case VarType::kInteger:
-      return AsInteger();
-    case VarType::kLong:
-      if (AsLong() < -32768 || AsLong() > 32767) RaiseError(errnum::kOverflow);
-      return static_cast<int16_t>(AsLong());
-    case VarType::kDouble:
-      return DoubleToInteger(AsDouble());
-    case VarType::kDate:
-      return DoubleToInteger(AsDate());
-    case VarType::kString:
-      return veld::ToInteger(AsString());
-    default:
-      RaiseNotConvertible(*this);
-  }
+  if (IsEmpty()) return 0;
+  if (IsString()) return veld::ToInteger(AsString());
+  if (const std::optional<double> number = NumberOf(*this)) return DoubleToInteger(*number);
+  RaiseNotConvertible(*this);
 }
 
 double Variant::ToDouble() const {
-  switch (Type()) {
-    case VarType::kEmpty:
-      return 0.0;
-    case VarType::kBoolean:
-      return AsBool() ? -1.0 : 0.0;
-    case VarType::kByte:
-      return AsByte();
-    case VarType::kInteger:
-      return AsInteger();
-    case VarType::kLong:
-      return AsLong();
-    case VarType::kDouble:
-      return AsDouble();
-    case VarType::kDate:
-      return AsDate();
-    case VarType::kString:
-      return veld::ToDouble(AsString());
-    default:
-      RaiseNotConvertible(*this);
-  }
+  if (IsEmpty()) return 0.0;
+  if (IsString()) return veld::ToDouble(AsString());
+  if (const std::optional<double> number = NumberOf(*this)) return *number;
+  RaiseNotConvertible(*this);
 }
 
 bool Variant::ToBool() const {
-  switch (Type()) {
-    case VarType::kEmpty:
-      return false;
-    case VarType::kBoolean:
-      return AsBool();
-    case VarType::kByte:
-      return AsByte() != 0;
-    case VarType::kInteger:
-      return AsInteger() != 0;
-    case VarType::kLong:
-      return AsLong() != 0;
-    case VarType::kDouble:
-      return AsDouble() != 0.0;
-    case VarType::kDate:
-      return AsDate() != 0.0;
-    case VarType::kString: {
-      const std::string_view text = TrimBlanks(AsString());
-      if (EqualsIgnoreCase(text, "True")) return true;
-      if (EqualsIgnoreCase(text, "False")) return false;
-      return veld::ToDouble(AsString()) != 0.0;
-    }
-    default:
-      RaiseNotConvertible(*this);
+  if (IsEmpty()) return false;
+  if (IsString()) {
+    const std::string_view text = TrimBlanks(AsString());
+    if (EqualsIgnoreCase(text, "True")) return true;
+    if (EqualsIgnoreCase(text, "False")) return false;
+    return veld::ToDouble(AsString()) != 0.0;
   }
+  if (const std::optional<double> number = NumberOf(*this)) return *number != 0.0;
+  RaiseNotConvertible(*this);
 }
 
 }  // namespace veld

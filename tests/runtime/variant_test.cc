@@ -187,5 +187,30 @@ TEST(VariantEqualityTest, CopiesCompareEqual) {
   EXPECT_EQ(original.AsString(), "copy me");
 }
 
+TEST(VariantTest, ToIntegerKeepsTheSixteenBitRange) {
+  EXPECT_EQ(Variant(int32_t{32767}).ToInteger(), 32767);
+  EXPECT_EQ(Variant(int32_t{-32768}).ToInteger(), -32768);
+  EXPECT_RAISES(Variant(int32_t{40000}).ToInteger(), 6, "Overflow");
+  EXPECT_RAISES(Variant(32767.5).ToInteger(), 6, "Overflow");
+  EXPECT_EQ(Variant(2.5).ToInteger(), 2);
+  EXPECT_EQ(Variant(true).ToInteger(), -1);
+  EXPECT_EQ(Variant::Empty().ToInteger(), 0);
+  EXPECT_EQ(Variant("12").ToInteger(), 12);
+  EXPECT_RAISES(Variant::Null().ToInteger(), 94, "Invalid use of Null");
+}
+
+TEST(VariantTest, ToBoolOfNumbersAndText) {
+  EXPECT_TRUE(Variant(int32_t{5}).ToBool());
+  EXPECT_FALSE(Variant(0.0).ToBool());
+  EXPECT_TRUE(Variant::Date(1.0).ToBool());
+  EXPECT_FALSE(Variant::Empty().ToBool());
+  EXPECT_TRUE(Variant(" true ").ToBool());
+  EXPECT_FALSE(Variant("FALSE").ToBool());
+  EXPECT_TRUE(Variant("-1").ToBool());
+  EXPECT_FALSE(Variant("0").ToBool());
+  EXPECT_RAISES(Variant("maybe").ToBool(), 13, "Type mismatch");
+  EXPECT_RAISES(Variant::Missing().ToBool(), 13, "Type mismatch");
+}
+
 }  // namespace
 }  // namespace veld
