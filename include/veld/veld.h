@@ -29,4 +29,16 @@
 #include "veld/foundation/kvo_utils.h"
 #include "veld/foundation/worker_frame.h"
 
+// items: the name/value item collection and its XML form.
+#include "veld/items/kvo_general_item.h"
+#include "veld/items/kvo_general_items.h"
+
+// options: the option store.
+
+// registry: registry access and its backends.
+
+// datasets: the dataset classes.
+
+// xmlhelper: the XML document helper and the progress notifier.
+
 #endif  // VELD_VELD_H_

@@ -30,6 +30,7 @@ void ForwardingPlatform::DoEvents() { target_.DoEvents(); }
 std::string ForwardingPlatform::AnsiCodePage() { return target_.AnsiCodePage(); }
 int32_t ForwardingPlatform::TwipsPerPixelX() { return target_.TwipsPerPixelX(); }
 int32_t ForwardingPlatform::TwipsPerPixelY() { return target_.TwipsPerPixelY(); }
+bool ForwardingPlatform::XslDocumentReadAllowed() { return target_.XslDocumentReadAllowed(); }
 
 Platform& CurrentPlatform() {
   Platform* installed = g_installed.load(std::memory_order_acquire);

@@ -71,6 +71,11 @@ class VELD_EXPORT Platform {
   virtual int32_t TwipsPerPixelX() = 0;
   virtual int32_t TwipsPerPixelY() = 0;
 
+  // Whether XSL transforms may read local documents other than the style
+  // sheet itself through document(). Off by default; a host that trusts its
+  // style sheets turns it on by overriding this.
+  virtual bool XslDocumentReadAllowed() { return false; }
+
   // The default platform of this operating system. Lives for the process.
   static Platform& Default();
 };
@@ -93,6 +98,7 @@ class VELD_EXPORT ForwardingPlatform : public Platform {
   std::string AnsiCodePage() override;
   int32_t TwipsPerPixelX() override;
   int32_t TwipsPerPixelY() override;
+  bool XslDocumentReadAllowed() override;
 
   Platform& Target() const { return target_; }
 
