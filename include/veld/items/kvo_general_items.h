@@ -49,6 +49,8 @@
 
 namespace veld {
 
+class XmlDocument;
+
 class VELD_EXPORT KvoGeneralItems {
   using ItemList = KeyedCollection<std::shared_ptr<KvoGeneralItem>>;
 
@@ -190,6 +192,9 @@ class VELD_EXPORT KvoGeneralItems {
                  const std::string& sItemTag = "", std::string* sParseErrMsg = nullptr);
 
  private:
+  // Replaces the content with the root tags and items of a loaded document.
+  void Fill(const XmlDocument& doc, bool bNameAsKey, const std::string& sItemTag);
+
   ItemList items_;
   // Created by the first root tag set.
   std::unique_ptr<ItemList> root_tags_;

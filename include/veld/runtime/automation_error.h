@@ -102,6 +102,7 @@ inline constexpr int32_t kFileAlreadyExists = 58;
 inline constexpr int32_t kPermissionDenied = 70;
 inline constexpr int32_t kPathFileAccessError = 75;
 inline constexpr int32_t kPathNotFound = 76;
+inline constexpr int32_t kObjectNotSet = 91;
 inline constexpr int32_t kObjectRequired = 424;
 inline constexpr int32_t kAutomationError = 440;
 inline constexpr int32_t kDuplicateKey = 457;

@@ -1,0 +1,189 @@
+// The XML form of the item collection: Save, SaveFile, Parse, ParseFile.
+#include <new>
+#include <string_view>
+#include <vector>
+
+#include <libxml/tree.h>
+
+#include "runtime/text.h"
+#include "veld/items/kvo_general_items.h"
+#include "veld/runtime/automation_error.h"
+#include "veld/xml/xml_document.h"
+#include "xml/xml_internal.h"
+#include "xml/xml_tree.h"
+
+namespace veld {
+
+namespace {
+
+// The failures of the XML members carry their message to the caller's
+// message argument and go no further.
+struct XmlMemberFailure {
+  std::string message;
+};
+
+[[noreturn]] void FailWith(std::string message) { throw XmlMemberFailure{std::move(message)}; }
+
+// Runs one XML member: true when `body` completes, otherwise false with the
+// failure's text in `message` (when given). Nothing is raised; the thread's
+// current error is cleared as a handled error leaves it.
+template <class Body>
+bool RunXmlMember(std::string* message, Body&& body) {
+  std::string text;
+  try {
+    body();
+    return true;
+  } catch (const XmlMemberFailure& failure) {
+    text = failure.message;
+  } catch (const AutomationError& error) {
+    text = error.Description();
+    Err().Clear();
+  } catch (const std::bad_alloc&) {
+    text = ErrorText(errnum::kOutOfMemory);
+  }
+  if (message != nullptr) *message = std::move(text);
+  return false;
+}
+
+XmlDocument BuildDocument(const KvoGeneralItems& items, const std::string& root_key,
+                          const std::string& item_tag) {
+  XmlDocument doc;
+  doc.AppendChild(doc.CreateElement(root_key));
+  XmlNode root = doc.DocumentElement();
+  if (!root) FailWith("Failed to create xml root element.");
+  // A later tag of the same name overwrites the earlier attribute value.
+  for (int32_t i = 1; i <= items.RootTagCount(); ++i) {
+    const KvoGeneralItems::ItemPtr tag = items.RootTagItem(i);
+    root.SetAttribute(tag->Name, tag->Value);
+  }
+  for (const KvoGeneralItems::ItemPtr& item : items) {
+    XmlNode element = root.AppendChild(doc.CreateElement(item_tag));
+    element.SetAttribute("name", item->Name);
+    element.SetAttribute("value", item->Value);
+    if (!item->TypeString.empty()) element.SetAttribute("type", item->TypeString);
+    if (!item->ExtraValue.empty()) element.SetAttribute("extra", item->ExtraValue);
+  }
+  return doc;
+}
+
+bool IsNcName(std::string_view name) {
+  return name.find(':') == std::string_view::npos && xml_internal::IsValidName(std::string(name));
+}
+
+// True when `element` passes "[@name!='']": it has a "name" attribute (no
+// namespace) whose value is not empty.
+bool HasNonEmptyName(const xmlNode* element) {
+  const xmlAttr* attr = xml_internal::FindAttribute(element, "name");
+  if (attr == nullptr) return false;
+  for (const xmlNode* child = attr->children; child != nullptr; child = child->next) {
+    if (child->content != nullptr && child->content[0] != '\0') return true;
+    if (child->type == XML_ENTITY_REF_NODE) return !xml_internal::DomText(child).empty();
+  }
+  return false;
+}
+
+// The item elements: what "/*/" + tag + "[@name!='']" selects. Element names
+// and "*" are matched on the tree directly; any other caller text goes through
+// XPath, errors and all. The DOM names of text, comment and CDATA nodes
+// ("#text", ...) match no element and select nothing.
+std::vector<xmlNodePtr> SelectItemElements(const XmlDocument& doc, const std::string& tag) {
+  std::vector<xmlNodePtr> selected;
+  xmlNodePtr root = xml_internal::LibxmlNode(doc.DocumentElement());
+  if (tag.starts_with('#')) return selected;
+  if (tag == "*" || IsNcName(tag)) {
+    const bool any = tag == "*";
+    for (xmlNodePtr child = root->children; child != nullptr; child = child->next) {
+      if (child->type != XML_ELEMENT_NODE) continue;
+      if (!any && (child->ns != nullptr || tag != reinterpret_cast<const char*>(child->name))) {
+        continue;
+      }
+      if (HasNonEmptyName(child)) selected.push_back(child);
+    }
+    return selected;
+  }
+  XmlNodeList nodes = doc.SelectNodes("/*/" + tag + "[@name!='']");
+  for (const XmlNode& node : nodes) {
+    if (node.NodeType() == NODE_ELEMENT) selected.push_back(xml_internal::LibxmlNode(node));
+  }
+  return selected;
+}
+
+// The attribute's value, or failing the attribute the element's first text
+// child (CDATA does not count), or "".
+std::string AttributeOrText(const xmlNode* element, std::string_view name) {
+  if (const xmlAttr* attr = xml_internal::FindAttribute(element, name)) {
+    return xml_internal::DomNodeValue(reinterpret_cast<const xmlNode*>(attr));
+  }
+  for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
+    if (child->type == XML_TEXT_NODE) return xml_internal::DomNodeValue(child);
+  }
+  return "";
+}
+
+std::string ItemTagFor(const XmlNode& root, const std::string& item_tag) {
+  if (!item_tag.empty()) return item_tag;
+  // Whatever the first child is: a leading comment or text node names no
+  // element, and the document then yields no items.
+  if (XmlNode first = root.FirstChild()) return first.NodeName();
+  return "*";
+}
+
+}  // namespace
+
+bool KvoGeneralItems::Save(std::string& sItemsXml, const std::string& sRootKey,
+                           const std::string& sItemTag, std::string* sSaveErrMsg) const {
+  return RunXmlMember(sSaveErrMsg,
+                      [&] { sItemsXml = BuildDocument(*this, sRootKey, sItemTag).Xml(); });
+}
+
+bool KvoGeneralItems::SaveFile(const std::string& sFilename, const std::string& sRootKey,
+                               const std::string& sItemTag, std::string* sSaveErrMsg) const {
+  return RunXmlMember(sSaveErrMsg,
+                      [&] { BuildDocument(*this, sRootKey, sItemTag).Save(sFilename); });
+}
+
+bool KvoGeneralItems::Parse(const std::string& sItemsXml, bool bNameAsKey,
+                            const std::string& sItemTag, std::string* sParseErrMsg) {
+  const bool parsed = RunXmlMember(sParseErrMsg, [&] {
+    Reset();
+    if (Trim(sItemsXml).empty()) return;
+    XmlDocument doc;
+    if (!doc.LoadXml(sItemsXml)) FailWith("Failed to load items Xml.");
+    Fill(doc, bNameAsKey, sItemTag);
+  });
+  if (!parsed) Reset();
+  return parsed;
+}
+
+bool KvoGeneralItems::ParseFile(const std::string& sFilename, bool bNameAsKey,
+                                const std::string& sItemTag, std::string* sParseErrMsg) {
+  const bool parsed = RunXmlMember(sParseErrMsg, [&] {
+    Reset();
+    XmlDocument doc;
+    if (!doc.Load(sFilename)) FailWith("Failed to load items Xml.");
+    Fill(doc, bNameAsKey, sItemTag);
+  });
+  if (!parsed) Reset();
+  return parsed;
+}
+
+void KvoGeneralItems::Fill(const XmlDocument& doc, bool bNameAsKey, const std::string& sItemTag) {
+  Reset();
+  XmlNode root = doc.DocumentElement();
+  for (const XmlNode& attribute : root.Attributes()) {
+    SetRootTag(attribute.NodeName(), attribute.NodeValue());
+  }
+  for (xmlNodePtr element : SelectItemElements(doc, ItemTagFor(root, sItemTag))) {
+    std::string name = Trim(AttributeOrText(element, "name"));
+    std::string value = Trim(AttributeOrText(element, "value"));
+    std::string type = Trim(AttributeOrText(element, "type"));
+    std::string extra = Trim(AttributeOrText(element, "extra"));
+    // With names as keys, a second name equal ignoring case raises the
+    // duplicate-key error, which fails the whole parse.
+    if (Add(name, value, type, extra, bNameAsKey ? name : std::string()) == nullptr) {
+      FailWith("Failed to add new item.");
+    }
+  }
+}
+
+}  // namespace veld
