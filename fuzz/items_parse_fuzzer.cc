@@ -39,7 +39,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (!items.Save(xml, "group", "option", &message)) return 0;  // e.g. a blank root tag name
   veld::KvoGeneralItems back;
   Check(back.Parse(xml, false, "option", &message));
-  Check(back.Count() == named);
+  // A default namespace declaration puts the saved items into that
+  // namespace, where the item tag no longer selects them.
+  if (items.GetRootTag("xmlns") == 0) Check(back.Count() == named);
   Check(back.RootTagCount() == items.RootTagCount());
   return 0;
 }

@@ -170,6 +170,15 @@ bool KvoGeneralItems::ParseFile(const std::string& sFilename, bool bNameAsKey,
 void KvoGeneralItems::Fill(const XmlDocument& doc, bool bNameAsKey, const std::string& sItemTag) {
   Reset();
   XmlNode root = doc.DocumentElement();
+  // Namespace declarations are attributes of the root too, so that a saved
+  // collection declares the prefixes its other root tags use. The parser
+  // keeps them apart from the attributes; they come first.
+  for (const xmlNs* ns = xml_internal::LibxmlNode(root)->nsDef; ns != nullptr; ns = ns->next) {
+    const std::string prefix =
+        ns->prefix != nullptr ? reinterpret_cast<const char*>(ns->prefix) : "";
+    SetRootTag(prefix.empty() ? "xmlns" : "xmlns:" + prefix,
+               ns->href != nullptr ? reinterpret_cast<const char*>(ns->href) : "");
+  }
   for (const XmlNode& attribute : root.Attributes()) {
     SetRootTag(attribute.NodeName(), attribute.NodeValue());
   }

@@ -295,6 +295,21 @@ TEST(KvoGeneralItemsParseTest, PrefixedFirstChildUsesXPathAndFailsOnUnboundPrefi
   EXPECT_EQ(items.Count(), 0);
 }
 
+TEST(KvoGeneralItemsParseTest, NamespaceDeclarationsBecomeRootTagsFirst) {
+  KvoGeneralItems items;
+  ASSERT_TRUE(items.Parse("<g a='1' xmlns:p='urn:p' p:x='2'><option name='n'/></g>"));
+  ASSERT_EQ(items.RootTagCount(), 3);
+  EXPECT_EQ(items.RootTagItem(1)->Name, "xmlns:p");
+  EXPECT_EQ(items.RootTagItem(1)->Value, "urn:p");
+  EXPECT_EQ(items.RootTagItem(2)->Name, "a");
+  EXPECT_EQ(items.RootTagItem(3)->Name, "p:x");
+  std::string xml = Saved(items);
+  KvoGeneralItems back;
+  ASSERT_TRUE(back.Parse(xml)) << xml;
+  EXPECT_EQ(back.RootTagCount(), 3);
+  EXPECT_EQ(back.Count(), 1);
+}
+
 TEST(KvoGeneralItemsParseTest, ElementsInDefaultNamespaceAreNotSelectedByName) {
   KvoGeneralItems items;
   EXPECT_TRUE(items.Parse("<group xmlns='urn:x'><option name='a'/></group>"));
