@@ -33,6 +33,9 @@
 #include "veld/items/kvo_general_item.h"
 #include "veld/items/kvo_general_items.h"
 
+// tablestore: the databases that data elements are exported to.
+#include "veld/tablestore/table_store.h"
+
 // options: the option store.
 
 // registry: registry access and its backends.

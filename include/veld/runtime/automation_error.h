@@ -111,6 +111,12 @@ inline constexpr int32_t kXmlFailure = -2147467259;
 // File I/O inside the DOM.
 inline constexpr int32_t kXmlPathNotFound = -2147024893;
 inline constexpr int32_t kXmlAccessDenied = -2147024891;
+// Database providers: a connection that cannot be opened (E_FAIL), a failed
+// statement, an unknown table, a value a field rejects.
+inline constexpr int32_t kDbFailure = -2147467259;
+inline constexpr int32_t kDbCommandError = -2147217900;
+inline constexpr int32_t kDbUnknownTable = -2147217865;
+inline constexpr int32_t kDbValueNotConvertible = -2147217913;
 }  // namespace errnum
 
 }  // namespace veld
