@@ -46,6 +46,16 @@ FieldType Integer(int64_t min, int64_t max) {
   return type;
 }
 
+bool EqualsIgnoringAsciiCase(std::string_view text, std::string_view lower) {
+  if (text.size() != lower.size()) return false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c =
+        text[i] >= 'A' && text[i] <= 'Z' ? static_cast<char>(text[i] - 'A' + 'a') : text[i];
+    if (c != lower[i]) return false;
+  }
+  return true;
+}
+
 bool IsLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
 
 int DaysInMonth(int year, int month) {
@@ -165,6 +175,8 @@ FieldType ClassifyDeclaredType(std::string_view declared) {
     type.kind = FieldKind::kDecimal;
     ReadTypeArguments(upper, type.precision, type.scale);
     if (type.precision == 0) type.kind = FieldKind::kReal;
+    type.scale_factor = std::pow(10.0, type.scale);
+    type.limit = std::pow(10.0, type.precision - type.scale);
     return type;
   }
   if (Contains(upper, "REAL") || Contains(upper, "FLOA") || Contains(upper, "DOUB") ||
@@ -221,73 +233,101 @@ std::optional<ParsedDateTime> ParseDateTimeText(std::string_view text) {
   return out;
 }
 
-std::optional<FieldValue> ConvertText(const FieldType& type, const std::string& text) {
+namespace {
+
+// Puts text into `out`, reusing the string it may already hold.
+void AssignText(FieldValue& out, std::string_view text) {
+  if (auto* held = std::get_if<std::string>(&out)) {
+    held->assign(text);
+  } else {
+    out.emplace<std::string>(text);
+  }
+}
+
+}  // namespace
+
+bool ConvertTextInto(const FieldType& type, std::string_view text, FieldValue& out) {
   switch (type.kind) {
     case FieldKind::kAny:
-      return FieldValue(text);
+      AssignText(out, text);
+      return true;
     case FieldKind::kText: {
       if (type.length > 0) {
         int64_t characters = 0;
         for (unsigned char c : text) characters += (c & 0xC0) != 0x80 ? 1 : 0;
-        if (characters > type.length) return std::nullopt;
+        if (characters > type.length) return false;
       }
-      return FieldValue(text);
+      AssignText(out, text);
+      return true;
     }
     case FieldKind::kInteger: {
       // Plain whole numbers are read exactly (64-bit values do not fit a
       // double); anything else goes through the loose numeric syntax.
-      const std::string trimmed = Trim(text);
+      std::string_view trimmed = text;
+      while (!trimmed.empty() && trimmed.front() == ' ') trimmed.remove_prefix(1);
+      while (!trimmed.empty() && trimmed.back() == ' ') trimmed.remove_suffix(1);
       int64_t exact = 0;
       const char* begin = trimmed.data() + (trimmed.starts_with('+') ? 1 : 0);
       const char* end = trimmed.data() + trimmed.size();
       auto [ptr, ec] = std::from_chars(begin, end, exact);
       if (ec == std::errc() && ptr == end && begin != end) {
-        if (exact < type.min || exact > type.max) return std::nullopt;
-        return FieldValue(exact);
+        if (exact < type.min || exact > type.max) return false;
+        out = FieldValue(exact);
+        return true;
       }
       auto number = ParseNumber(text);
-      if (!number) return std::nullopt;
+      if (!number) return false;
       const double rounded = RoundHalfEven(*number);
       // Doubles at or beyond 2^63 do not convert to int64.
       if (!std::isfinite(rounded) || rounded < -9223372036854775808.0 ||
           rounded >= 9223372036854775808.0) {
-        return std::nullopt;
+        return false;
       }
       const auto value = static_cast<int64_t>(rounded);
-      if (value < type.min || value > type.max) return std::nullopt;
-      return FieldValue(value);
+      if (value < type.min || value > type.max) return false;
+      out = FieldValue(value);
+      return true;
     }
     case FieldKind::kReal: {
       auto number = ParseNumber(text);
-      if (!number || !std::isfinite(*number)) return std::nullopt;
-      return FieldValue(*number);
+      if (!number || !std::isfinite(*number)) return false;
+      out = FieldValue(*number);
+      return true;
     }
     case FieldKind::kDecimal: {
       auto number = ParseNumber(text);
-      if (!number || !std::isfinite(*number)) return std::nullopt;
-      const double factor = std::pow(10.0, type.scale);
-      const double rounded = RoundHalfEven(*number * factor) / factor;
-      const double limit = std::pow(10.0, type.precision - type.scale);
-      if (std::fabs(rounded) >= limit) return std::nullopt;
-      return FieldValue(rounded);
+      if (!number || !std::isfinite(*number)) return false;
+      const double rounded = RoundHalfEven(*number * type.scale_factor) / type.scale_factor;
+      if (std::fabs(rounded) >= type.limit) return false;
+      out = FieldValue(rounded);
+      return true;
     }
     case FieldKind::kBoolean: {
-      const std::string word = UCase(Trim(text));
-      if (word == "TRUE" || word == "YES" || word == "ON" || word == "T" || word == "Y") {
-        return FieldValue(int64_t{1});
+      std::string_view word = text;
+      while (!word.empty() && word.front() == ' ') word.remove_prefix(1);
+      while (!word.empty() && word.back() == ' ') word.remove_suffix(1);
+      for (const char* yes : {"true", "yes", "on", "t", "y"}) {
+        if (EqualsIgnoringAsciiCase(word, yes)) {
+          out = FieldValue(int64_t{1});
+          return true;
+        }
       }
-      if (word == "FALSE" || word == "NO" || word == "OFF" || word == "F" || word == "N") {
-        return FieldValue(int64_t{0});
+      for (const char* no : {"false", "no", "off", "f", "n"}) {
+        if (EqualsIgnoringAsciiCase(word, no)) {
+          out = FieldValue(int64_t{0});
+          return true;
+        }
       }
       auto number = ParseNumber(text);
-      if (!number || std::isnan(*number)) return std::nullopt;
-      return FieldValue(int64_t{*number != 0.0 ? 1 : 0});
+      if (!number || std::isnan(*number)) return false;
+      out = FieldValue(int64_t{*number != 0.0 ? 1 : 0});
+      return true;
     }
     case FieldKind::kDate:
     case FieldKind::kTime:
     case FieldKind::kDateTime: {
       auto parsed = ParseDateTimeText(text);
-      if (!parsed) return std::nullopt;
+      if (!parsed) return false;
       char date[16] = "1899-12-30";
       if (parsed->has_date) {
         std::snprintf(date, sizeof date, "%04d-%02d-%02d", parsed->year, parsed->month,
@@ -299,18 +339,29 @@ std::optional<FieldValue> ConvertText(const FieldType& type, const std::string& 
       if (type.kind == FieldKind::kDate) {
         // A date column keeps the date; a time of day would be lost, so it fails.
         if (!parsed->has_date || (parsed->hour | parsed->minute | parsed->second) != 0) {
-          return std::nullopt;
+          return false;
         }
-        return FieldValue(std::string(date));
+        AssignText(out, date);
+        return true;
       }
       if (type.kind == FieldKind::kTime) {
-        if (parsed->has_date) return std::nullopt;
-        return FieldValue(std::string(time));
+        if (parsed->has_date) return false;
+        AssignText(out, time);
+        return true;
       }
-      return FieldValue(std::string(date) + " " + time);
+      char both[32];
+      std::snprintf(both, sizeof both, "%s %s", date, time);
+      AssignText(out, both);
+      return true;
     }
   }
-  return std::nullopt;
+  return false;
+}
+
+std::optional<FieldValue> ConvertText(const FieldType& type, std::string_view text) {
+  FieldValue value;
+  if (!ConvertTextInto(type, text, value)) return std::nullopt;
+  return value;
 }
 
 }  // namespace veld

@@ -30,6 +30,10 @@ struct FieldType {
   int32_t length = 0;
   int32_t precision = 0;
   int32_t scale = 0;
+  // For kDecimal: 10^scale, and the bound 10^(precision - scale) that the
+  // rounded magnitude must stay below.
+  double scale_factor = 1.0;
+  double limit = 0.0;
 };
 
 // The type of a column from its declared type text ("INTEGER",
@@ -40,7 +44,10 @@ using FieldValue = std::variant<int64_t, double, std::string>;
 
 // The value of `text` as a value of `type`, or nullopt when it does not
 // convert (not a number, out of range, not a date, too long, ...).
-std::optional<FieldValue> ConvertText(const FieldType& type, const std::string& text);
+std::optional<FieldValue> ConvertText(const FieldType& type, std::string_view text);
+// The same into `out`, reusing the text buffer `out` may hold; false (and
+// `out` unspecified) when the text does not convert.
+bool ConvertTextInto(const FieldType& type, std::string_view text, FieldValue& out);
 
 // The date and time forms the conversion reads, each with optional blanks
 // around it: "yyyy-mm-dd", "yyyy-mm-dd hh:mm[:ss]" (also with "T"),

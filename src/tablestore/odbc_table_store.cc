@@ -71,6 +71,18 @@ struct Handle {
   }
 };
 
+// The environment and connection, shared by the store and its cursors, so
+// that statements are freed before the connection goes, whichever of them
+// the caller releases first.
+struct Connection {
+  Handle env;
+  Handle dbc;
+
+  ~Connection() {
+    if (dbc.handle != SQL_NULL_HANDLE) SQLDisconnect(dbc.handle);
+  }
+};
+
 void Check(SQLRETURN rc, const Handle& on, int32_t number = errnum::kDbCommandError) {
   if (!SQL_SUCCEEDED(rc)) RaiseOdbc(on.type, on.handle, number);
 }
@@ -100,9 +112,9 @@ struct Field {
 
 class OdbcCursor final : public TableCursor {
  public:
-  OdbcCursor(SQLHANDLE dbc, std::string quoted_table, std::vector<Field> fields,
-             std::vector<std::string> quoted_names)
-      : dbc_(dbc),
+  OdbcCursor(std::shared_ptr<Connection> connection, std::string quoted_table,
+             std::vector<Field> fields, std::vector<std::string> quoted_names)
+      : connection_(std::move(connection)),
         table_(std::move(quoted_table)),
         fields_(std::move(fields)),
         quoted_names_(std::move(quoted_names)) {}
@@ -164,22 +176,24 @@ class OdbcCursor final : public TableCursor {
     const std::string sql =
         names.empty() ? "INSERT INTO " + table_ + " DEFAULT VALUES"
                       : "INSERT INTO " + table_ + " (" + names + ") VALUES (" + marks + ")";
-    Handle statement(SQL_HANDLE_STMT, dbc_);
+    Handle statement(SQL_HANDLE_STMT, connection_->dbc.handle);
     Check(SQLPrepare(statement.handle, Text(sql), SQL_NTS), statement);
     return inserts_.emplace(set, std::move(statement)).first->second;
   }
 
-  SQLHANDLE dbc_;
+  std::shared_ptr<Connection> connection_;
   std::string table_;
   std::vector<Field> fields_;
   std::vector<std::string> quoted_names_;
   std::vector<std::optional<std::string>> values_;
+  // Declared last: the statements go before the connection they belong to.
   std::map<std::vector<bool>, Handle> inserts_;
 };
 
 class OdbcTableStore final : public TableStore {
  public:
-  OdbcTableStore(Handle env, Handle dbc) : env_(std::move(env)), dbc_(std::move(dbc)) {
+  explicit OdbcTableStore(std::shared_ptr<Connection> connection)
+      : connection_(std::move(connection)), dbc_(connection_->dbc) {
     SQLCHAR quote[8] = {};
     SQLSMALLINT length = 0;
     if (SQL_SUCCEEDED(
@@ -191,7 +205,6 @@ class OdbcTableStore final : public TableStore {
 
   ~OdbcTableStore() override {
     if (in_transaction_) SQLEndTran(SQL_HANDLE_DBC, dbc_.handle, SQL_ROLLBACK);
-    SQLDisconnect(dbc_.handle);
   }
 
   void BeginTrans() override {
@@ -244,7 +257,7 @@ class OdbcTableStore final : public TableStore {
       quoted_names.push_back(Quote(field.name));
       fields.push_back(std::move(field));
     }
-    return std::make_unique<OdbcCursor>(dbc_.handle, quoted_table, std::move(fields),
+    return std::make_unique<OdbcCursor>(connection_, quoted_table, std::move(fields),
                                         std::move(quoted_names));
   }
 
@@ -293,8 +306,8 @@ class OdbcTableStore final : public TableStore {
     return folded_match;
   }
 
-  Handle env_;
-  Handle dbc_;
+  std::shared_ptr<Connection> connection_;
+  const Handle& dbc_;
   std::string quote_;
   bool in_transaction_ = false;
 };
@@ -303,9 +316,12 @@ class OdbcTableStore final : public TableStore {
 
 std::unique_ptr<TableStore> OpenOdbcTableStore(const std::string& target, const std::string& user,
                                                const std::string& password) {
-  Handle env(SQL_HANDLE_ENV, SQL_NULL_HANDLE);
-  SQLSetEnvAttr(env.handle, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
-  Handle dbc(SQL_HANDLE_DBC, env.handle);
+  auto connected = std::make_shared<Connection>();
+  connected->env = Handle(SQL_HANDLE_ENV, SQL_NULL_HANDLE);
+  SQLSetEnvAttr(connected->env.handle, SQL_ATTR_ODBC_VERSION,
+                reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+  connected->dbc = Handle(SQL_HANDLE_DBC, connected->env.handle);
+  const Handle& dbc = connected->dbc;
   std::string connection = target.find('=') != std::string::npos ? target : "DSN=" + Braced(target);
   if (!connection.empty() && connection.back() != ';') connection += ';';
   if (!user.empty()) connection += "UID=" + Braced(user) + ";";
@@ -314,8 +330,14 @@ std::unique_ptr<TableStore> OpenOdbcTableStore(const std::string& target, const 
   SQLSMALLINT out_length = 0;
   const SQLRETURN rc = SQLDriverConnect(dbc.handle, nullptr, Text(connection), SQL_NTS, out,
                                         sizeof out, &out_length, SQL_DRIVER_NOPROMPT);
-  if (!SQL_SUCCEEDED(rc)) RaiseOdbc(dbc.type, dbc.handle, errnum::kDbFailure);
-  return std::make_unique<OdbcTableStore>(std::move(env), std::move(dbc));
+  if (!SQL_SUCCEEDED(rc)) {
+    // Not connected: nothing to disconnect.
+    std::string state;
+    std::string message = Diagnostics(dbc.type, dbc.handle, &state);
+    connected->dbc = Handle();
+    RaiseError(errnum::kDbFailure, message);
+  }
+  return std::make_unique<OdbcTableStore>(std::move(connected));
 }
 
 }  // namespace veld

@@ -70,45 +70,50 @@ class SqliteCursor final : public TableCursor {
   int32_t FieldCount() const override { return static_cast<int32_t>(columns_.size()); }
   const std::string& FieldName(int32_t index) const override { return columns_.at(index).name; }
 
-  void AddNew() override { values_.assign(columns_.size(), std::nullopt); }
+  void AddNew() override {
+    // The values keep their text buffers from row to row; only the flags reset.
+    values_.resize(columns_.size());
+    set_.assign(columns_.size(), false);
+  }
 
   void SetFieldValue(int32_t index, const std::string& text) override {
     const Column& column = columns_.at(static_cast<size_t>(index));
-    if (values_.size() != columns_.size()) AddNew();
-    std::optional<FieldValue> value = ConvertText(column.type, text);
-    if (!value) {
+    if (set_.size() != columns_.size()) AddNew();
+    const auto slot = static_cast<size_t>(index);
+    if (!ConvertTextInto(column.type, text, values_[slot])) {
+      set_[slot] = false;
       RaiseError(errnum::kDbValueNotConvertible,
                  "The value '" + text + "' cannot be converted to the type " +
                      (column.declared.empty() ? std::string("of the field") : column.declared) +
                      " of field '" + column.name + "'.");
     }
-    values_[static_cast<size_t>(index)] = std::move(*value);
+    set_[slot] = true;
   }
 
   void Update() override {
-    if (values_.size() != columns_.size()) AddNew();
-    std::vector<bool> set(columns_.size());
-    for (size_t i = 0; i < columns_.size(); ++i) set[i] = values_[i].has_value();
+    if (set_.size() != columns_.size()) AddNew();
+    const std::vector<bool>& set = set_;
     sqlite3_stmt* statement = InsertFor(set);
     sqlite3_reset(statement);
     sqlite3_clear_bindings(statement);
     int parameter = 0;
-    for (const auto& value : values_) {
-      if (!value) continue;
+    for (size_t i = 0; i < values_.size(); ++i) {
+      if (!set[i]) continue;
       ++parameter;
-      if (const auto* whole = std::get_if<int64_t>(&*value)) {
+      const FieldValue& value = values_[i];
+      if (const auto* whole = std::get_if<int64_t>(&value)) {
         sqlite3_bind_int64(statement, parameter, *whole);
-      } else if (const auto* real = std::get_if<double>(&*value)) {
+      } else if (const auto* real = std::get_if<double>(&value)) {
         sqlite3_bind_double(statement, parameter, *real);
       } else {
-        const auto& text = std::get<std::string>(*value);
+        const auto& text = std::get<std::string>(value);
         sqlite3_bind_text(statement, parameter, text.data(), static_cast<int>(text.size()),
                           SQLITE_STATIC);
       }
     }
     const int rc = sqlite3_step(statement);
     sqlite3_reset(statement);
-    values_.clear();
+    set_.assign(columns_.size(), false);
     if (rc != SQLITE_DONE) RaiseSqlite(errnum::kDbCommandError, db_);
   }
 
@@ -116,6 +121,14 @@ class SqliteCursor final : public TableCursor {
   // One prepared INSERT per set of assigned fields, so that unassigned fields
   // keep the column's default.
   sqlite3_stmt* InsertFor(const std::vector<bool>& set) {
+    // Rows usually set the same fields, so the last statement is tried first.
+    if (last_insert_ != nullptr && set == last_set_) return last_insert_;
+    last_set_ = set;
+    last_insert_ = Lookup(set);
+    return last_insert_;
+  }
+
+  sqlite3_stmt* Lookup(const std::vector<bool>& set) {
     auto found = inserts_.find(set);
     if (found != inserts_.end()) return found->second.get();
     std::string names;
@@ -141,8 +154,11 @@ class SqliteCursor final : public TableCursor {
   sqlite3* db_;
   std::string table_;
   std::vector<Column> columns_;
-  std::vector<std::optional<FieldValue>> values_;
+  std::vector<FieldValue> values_;
+  std::vector<bool> set_;
   std::map<std::vector<bool>, Statement> inserts_;
+  std::vector<bool> last_set_;
+  sqlite3_stmt* last_insert_ = nullptr;
 };
 
 class SqliteTableStore final : public TableStore {
