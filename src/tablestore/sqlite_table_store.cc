@@ -1,5 +1,6 @@
 #include "tablestore/sqlite_table_store.h"
 
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -7,7 +8,6 @@
 #include <vector>
 
 #include <sqlite3.h>
-#include <sys/stat.h>
 
 #include "veld/runtime/automation_error.h"
 
@@ -232,9 +232,16 @@ class SqliteTableStore final : public TableStore {
 }  // namespace
 
 std::unique_ptr<TableStore> OpenSqliteTableStore(const std::string& path) {
+  // Honour the file's read-only mark even for a user whom the file system
+  // would let write (root here, as the read-only attribute binds
+  // administrators on Windows).
   int flags = SQLITE_OPEN_READWRITE;
-  struct stat info {};
-  if (::stat(path.c_str(), &info) == 0 && (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::perms perms =
+      fs::status(fs::path(std::u8string(path.begin(), path.end())), error).permissions();
+  const fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+  if (!error && perms != fs::perms::unknown && (perms & write) == fs::perms::none) {
     flags = SQLITE_OPEN_READONLY;
   }
   sqlite3* db = nullptr;
