@@ -5,6 +5,7 @@
 
 #include <libxml/tree.h>
 
+#include "items/items_element.h"
 #include "runtime/text.h"
 #include "veld/items/kvo_general_items.h"
 #include "veld/runtime/automation_error.h"
@@ -86,25 +87,39 @@ bool HasNonEmptyName(const xmlNode* element) {
 // and "*" are matched on the tree directly; any other caller text goes through
 // XPath, errors and all. The DOM names of text, comment and CDATA nodes
 // ("#text", ...) match no element and select nothing.
-std::vector<xmlNodePtr> SelectItemElements(const XmlDocument& doc, const std::string& tag) {
-  std::vector<xmlNodePtr> selected;
-  xmlNodePtr root = xml_internal::LibxmlNode(doc.DocumentElement());
+struct ItemElements {
+  std::vector<xmlNodePtr> nodes;
+  // Keeps a document made for the selection alive while its nodes are read.
+  XmlDocument keep;
+};
+
+ItemElements SelectItemElements(const XmlNode& root, const std::string& tag) {
+  ItemElements selected;
+  xmlNodePtr raw_root = xml_internal::LibxmlNode(root);
   if (tag.starts_with('#')) return selected;
   if (tag == "*" || IsNcName(tag)) {
     const bool any = tag == "*";
-    for (xmlNodePtr child = root->children; child != nullptr; child = child->next) {
+    for (xmlNodePtr child = raw_root->children; child != nullptr; child = child->next) {
       if (child->type != XML_ELEMENT_NODE) continue;
       if (!any && (child->ns != nullptr || tag != reinterpret_cast<const char*>(child->name))) {
         continue;
       }
-      if (HasNonEmptyName(child)) selected.push_back(child);
+      if (HasNonEmptyName(child)) selected.nodes.push_back(child);
     }
     return selected;
   }
+  // The expression starts at the document, so an element that is not its
+  // document's root is looked at in a document of its own.
+  XmlDocument doc = root.OwnerDocument();
+  if (xml_internal::LibxmlNode(doc.DocumentElement()) != raw_root) {
+    doc = XmlDocument();
+    doc.AppendChild(root.CloneNode(true));
+  }
   XmlNodeList nodes = doc.SelectNodes("/*/" + tag + "[@name!='']");
   for (const XmlNode& node : nodes) {
-    if (node.NodeType() == NODE_ELEMENT) selected.push_back(xml_internal::LibxmlNode(node));
+    if (node.NodeType() == NODE_ELEMENT) selected.nodes.push_back(xml_internal::LibxmlNode(node));
   }
+  selected.keep = doc;
   return selected;
 }
 
@@ -149,7 +164,7 @@ bool KvoGeneralItems::Parse(const std::string& sItemsXml, bool bNameAsKey,
     if (Trim(sItemsXml).empty()) return;
     XmlDocument doc;
     if (!doc.LoadXml(sItemsXml)) FailWith("Failed to load items Xml.");
-    Fill(doc, bNameAsKey, sItemTag);
+    Fill(doc.DocumentElement(), bNameAsKey, sItemTag);
   });
   if (!parsed) Reset();
   return parsed;
@@ -161,15 +176,14 @@ bool KvoGeneralItems::ParseFile(const std::string& sFilename, bool bNameAsKey,
     Reset();
     XmlDocument doc;
     if (!doc.Load(sFilename)) FailWith("Failed to load items Xml.");
-    Fill(doc, bNameAsKey, sItemTag);
+    Fill(doc.DocumentElement(), bNameAsKey, sItemTag);
   });
   if (!parsed) Reset();
   return parsed;
 }
 
-void KvoGeneralItems::Fill(const XmlDocument& doc, bool bNameAsKey, const std::string& sItemTag) {
+void KvoGeneralItems::Fill(const XmlNode& root, bool bNameAsKey, const std::string& sItemTag) {
   Reset();
-  XmlNode root = doc.DocumentElement();
   // Namespace declarations are attributes of the root too, so that a saved
   // collection declares the prefixes its other root tags use. The parser
   // keeps them apart from the attributes; they come first.
@@ -182,7 +196,8 @@ void KvoGeneralItems::Fill(const XmlDocument& doc, bool bNameAsKey, const std::s
   for (const XmlNode& attribute : root.Attributes()) {
     SetRootTag(attribute.NodeName(), attribute.NodeValue());
   }
-  for (xmlNodePtr element : SelectItemElements(doc, ItemTagFor(root, sItemTag))) {
+  const ItemElements elements = SelectItemElements(root, ItemTagFor(root, sItemTag));
+  for (xmlNodePtr element : elements.nodes) {
     std::string name = Trim(AttributeOrText(element, "name"));
     std::string value = Trim(AttributeOrText(element, "value"));
     std::string type = Trim(AttributeOrText(element, "type"));
@@ -194,5 +209,16 @@ void KvoGeneralItems::Fill(const XmlDocument& doc, bool bNameAsKey, const std::s
     }
   }
 }
+
+namespace items_internal {
+
+bool ParseElement(KvoGeneralItems& items, const XmlNode& root, bool bNameAsKey,
+                  const std::string& sItemTag, std::string* sParseErrMsg) {
+  const bool parsed = RunXmlMember(sParseErrMsg, [&] { items.Fill(root, bNameAsKey, sItemTag); });
+  if (!parsed) items.Reset();
+  return parsed;
+}
+
+}  // namespace items_internal
 
 }  // namespace veld

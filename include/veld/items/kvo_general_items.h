@@ -49,7 +49,13 @@
 
 namespace veld {
 
-class XmlDocument;
+class XmlNode;
+class KvoGeneralItems;
+
+namespace items_internal {
+bool ParseElement(KvoGeneralItems& items, const XmlNode& root, bool bNameAsKey,
+                  const std::string& sItemTag, std::string* sParseErrMsg);
+}  // namespace items_internal
 
 class VELD_EXPORT KvoGeneralItems {
   using ItemList = KeyedCollection<std::shared_ptr<KvoGeneralItem>>;
@@ -192,8 +198,11 @@ class VELD_EXPORT KvoGeneralItems {
                  const std::string& sItemTag = "", std::string* sParseErrMsg = nullptr);
 
  private:
-  // Replaces the content with the root tags and items of a loaded document.
-  void Fill(const XmlDocument& doc, bool bNameAsKey, const std::string& sItemTag);
+  friend bool items_internal::ParseElement(KvoGeneralItems&, const XmlNode&, bool,
+                                           const std::string&, std::string*);
+
+  // Replaces the content with the root tags and items below `root`.
+  void Fill(const XmlNode& root, bool bNameAsKey, const std::string& sItemTag);
 
   ItemList items_;
   // Created by the first root tag set.
