@@ -1,0 +1,59 @@
+// The export of a data element's rows to a database table, shared by both
+// dataset classes (their SaveDataToMDBTable). The steps, their order and the
+// field matching are the classic ones:
+//   1. "Invalid parameter." when the data id, file or table is blank;
+//   2. the connection string from the Jet template, the caller's texts put
+//      in as they are;
+//   3. open the store, begin the transaction;
+//   4. with bClearFirst, delete every record of the table;
+//   5. open the table;
+//   6. for each row: fetch its cols, add a record, set every field whose name
+//      equals a col's name (first col wins, upper case compared) to the col's
+//      value when that is not empty, write the record;
+//   7. commit.
+// Failures raise (the dataset's frame records them); a row that cannot be
+// fetched rolls back and returns false. Nothing is committed on any failure.
+#ifndef VELD_TABLESTORE_TABLE_EXPORT_H_
+#define VELD_TABLESTORE_TABLE_EXPORT_H_
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "veld/items/kvo_general_items.h"
+
+namespace veld {
+
+struct TableExportRequest {
+  std::string sDataID;
+  std::string sMDBFile;
+  std::string sTableName;
+  std::string sUID;
+  std::string sPWD;
+  bool bClearFirst = false;
+};
+
+// Fills `cols` with row `index` (1-based) of the data element. Returns false
+// when the row cannot be fetched, after recording why; raises with the parse
+// error's message when the row's cols cannot be read.
+using FetchRowCols = std::function<bool(int32_t index, KvoGeneralItems& cols)>;
+
+// Told (total, current, status) now and then during the export; at most a
+// few hundred times per call.
+using ExportProgress =
+    std::function<void(int32_t total, int32_t current, const std::string& status)>;
+
+// The connection string of the classic export: "PROVIDER=Microsoft.Jet.OLEDB.4.0;
+// Data Source=%DBN%;User ID=%UID%;Password=%PWD%" with each placeholder
+// replaced, case-sensitively and everywhere, in that order.
+std::string ExportConnectionString(const std::string& sMDBFile, const std::string& sUID,
+                                   const std::string& sPWD);
+
+// Runs the export of `row_count` rows. True when every row was written and
+// committed.
+bool ExportRowsToTable(const TableExportRequest& request, int32_t row_count,
+                       const FetchRowCols& fetch_row, const ExportProgress& progress = nullptr);
+
+}  // namespace veld
+
+#endif  // VELD_TABLESTORE_TABLE_EXPORT_H_

@@ -1,0 +1,194 @@
+#include "tablestore/table_export.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include "veld/runtime/automation_error.h"
+
+#include "support/testing.h"
+
+namespace veld {
+namespace {
+
+using Rows = std::vector<std::vector<std::string>>;
+
+class TableExportTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    path_ = dir_.File("shop.db");
+    Exec(
+        "CREATE TABLE orders (id INTEGER, Amount NUMERIC(10,2), qty INTEGER DEFAULT 1, "
+        "note TEXT)");
+  }
+
+  void Exec(const std::string& sql) {
+    sqlite3* db = nullptr;
+    sqlite3_open(path_.c_str(), &db);
+    char* error = nullptr;
+    if (sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
+      ADD_FAILURE() << sql << ": " << error;
+      sqlite3_free(error);
+    }
+    sqlite3_close(db);
+  }
+
+  Rows Query(const std::string& sql) {
+    Rows rows;
+    sqlite3* db = nullptr;
+    sqlite3_open(path_.c_str(), &db);
+    sqlite3_stmt* statement = nullptr;
+    sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr);
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+      std::vector<std::string> row;
+      for (int i = 0; i < sqlite3_column_count(statement); ++i) {
+        const unsigned char* text = sqlite3_column_text(statement, i);
+        row.push_back(text != nullptr ? reinterpret_cast<const char*>(text) : "<null>");
+      }
+      rows.push_back(row);
+    }
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    return rows;
+  }
+
+  // Exports row texts (items XML), parsing each the way the export does.
+  bool Export(const std::vector<std::string>& rows, bool clear_first = false,
+              const std::string& table = "orders") {
+    TableExportRequest request{"D1", path_, table, "", "", clear_first};
+    return ExportRowsToTable(
+        request, static_cast<int32_t>(rows.size()), [&](int32_t index, KvoGeneralItems& cols) {
+          std::string message;
+          if (!cols.Parse(rows[static_cast<size_t>(index - 1)], false, "", &message)) {
+            RaiseError(-1, message);
+          }
+          return true;
+        });
+  }
+
+  Rows Orders() { return Query("SELECT id, Amount, qty, note FROM orders ORDER BY id"); }
+
+  testing::TempDir dir_;
+  std::string path_;
+};
+
+TEST(ExportConnectionStringTest, ReplacesEachPlaceholderEverywhereAsItIs) {
+  EXPECT_EQ(ExportConnectionString("a.db", "u", "p"),
+            "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=a.db;User ID=u;Password=p");
+  // A ";" in a value is not escaped: it starts another pair.
+  EXPECT_EQ(ExportConnectionString("x;Mode=Read", "%PWD%", "s"),
+            "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=x;Mode=Read;User ID=s;Password=s");
+}
+
+TEST_F(TableExportTest, EmptyDataElementWithClearFirstEmptiesTheTable) {
+  Exec("INSERT INTO orders (id) VALUES (1), (2)");
+  EXPECT_TRUE(Export({}, true));
+  EXPECT_TRUE(Orders().empty());
+}
+
+TEST_F(TableExportTest, NoRowsWithoutClearFirstChangesNothing) {
+  Exec("INSERT INTO orders (id) VALUES (1)");
+  EXPECT_TRUE(Export({}));
+  EXPECT_EQ(Orders().size(), 1u);
+}
+
+TEST_F(TableExportTest, EmptyColValueLeavesTheFieldNullOrDefault) {
+  EXPECT_TRUE(
+      Export({"<row><col name='id' value='1'/><col name='Amount' value=''/>"
+              "<col name='qty' value=''/></row>"}));
+  EXPECT_EQ(Orders(), (Rows{{"1", "<null>", "1", "<null>"}}));
+}
+
+TEST_F(TableExportTest, FieldsMatchColsIgnoringCaseAndFirstColWins) {
+  EXPECT_TRUE(
+      Export({"<row><col name='ID' value='7'/><col name='amount' value='2.5'/>"
+              "<col name='AMOUNT' value='9'/><col name='unknown' value='x'/></row>"}));
+  EXPECT_EQ(Orders(), (Rows{{"7", "2.5", "1", "<null>"}}));
+}
+
+TEST_F(TableExportTest, ColsWithoutFieldsAreIgnored) {
+  EXPECT_TRUE(Export({"<row><col name='id' value='1'/><col name='extra' value='x'/></row>"}));
+  EXPECT_EQ(Orders().size(), 1u);
+}
+
+TEST_F(TableExportTest, TableNameHoldingClosingBracketFails) {
+  Exec("CREATE TABLE \"a]b\" (id INTEGER)");
+  EXPECT_RAISES(Export({"<row><col name='id' value='1'/></row>"}, false, "a]b"), -2147217900,
+                "Syntax error in FROM clause.");
+  EXPECT_TRUE(Query("SELECT * FROM \"a]b\"").empty());
+}
+
+TEST_F(TableExportTest, BlankArgumentsAreInvalid) {
+  TableExportRequest request{" ", path_, "orders", "", "", false};
+  EXPECT_RAISES(ExportRowsToTable(request, 0, nullptr), -1, "Invalid parameter.");
+  request = {"D", "", "orders", "", "", false};
+  EXPECT_RAISES(ExportRowsToTable(request, 0, nullptr), -1, "Invalid parameter.");
+  request = {"D", path_, "  ", "", "", false};
+  EXPECT_RAISES(ExportRowsToTable(request, 0, nullptr), -1, "Invalid parameter.");
+}
+
+TEST_F(TableExportTest, ValueFailingConversionInLastRowLeavesTableAsItWas) {
+  Exec("INSERT INTO orders (id, note) VALUES (9, 'kept')");
+  for (bool clear_first : {false, true}) {
+    bool raised = false;
+    try {
+      Export({"<row><col name='id' value='1'/></row>", "<row><col name='id' value='2'/></row>",
+              "<row><col name='id' value='3'/><col name='qty' value='lots'/></row>"},
+             clear_first);
+    } catch (const AutomationError& error) {
+      raised = true;
+      EXPECT_EQ(error.Number(), -2147217913);
+      EXPECT_EQ(error.Description(),
+                "The value 'lots' cannot be converted to the type INTEGER of field 'qty'.");
+    }
+    EXPECT_TRUE(raised);
+    EXPECT_EQ(Orders(), (Rows{{"9", "<null>", "1", "kept"}}));
+  }
+}
+
+TEST_F(TableExportTest, RowThatCannotBeFetchedRollsBackAndReturnsFalse) {
+  Exec("INSERT INTO orders (id) VALUES (9)");
+  TableExportRequest request{"D", path_, "orders", "", "", true};
+  EXPECT_FALSE(ExportRowsToTable(request, 3, [](int32_t index, KvoGeneralItems& cols) {
+    cols.Add("id", std::to_string(index));
+    return index < 3;
+  }));
+  EXPECT_EQ(Orders(), (Rows{{"9", "<null>", "1", "<null>"}}));
+}
+
+TEST_F(TableExportTest, RowThatCannotBeParsedRaisesItsMessage) {
+  EXPECT_RAISES(Export({"<row>"}), -1, "Failed to load items Xml.");
+  EXPECT_TRUE(Orders().empty());
+}
+
+TEST_F(TableExportTest, UnknownTableRaisesTheProvidersError) {
+  EXPECT_RAISES(Export({}, false, "nosuch"), -2147217865, "no such table: nosuch");
+}
+
+TEST_F(TableExportTest, ProgressIsToldAtMostAFewHundredTimesAndReachesTheEnd) {
+  std::vector<std::string> rows(1000, "<row><col name='qty' value='3'/></row>");
+  int32_t calls = 0;
+  int32_t last = 0;
+  TableExportRequest request{"D", path_, "orders", "", "", false};
+  EXPECT_TRUE(ExportRowsToTable(
+      request, 1000,
+      [&](int32_t index, KvoGeneralItems& cols) {
+        return cols.Parse(rows[static_cast<size_t>(index - 1)]);
+      },
+      [&](int32_t total, int32_t current, const std::string& status) {
+        ++calls;
+        EXPECT_EQ(total, 1000);
+        EXPECT_GT(current, last);
+        last = current;
+        EXPECT_EQ(status, "Exporting rows to orders");
+      }));
+  EXPECT_LE(calls, 300);
+  EXPECT_GE(calls, 10);
+  EXPECT_EQ(last, 1000);
+  EXPECT_EQ(Query("SELECT count(*) FROM orders WHERE qty = 3"), (Rows{{"1000"}}));
+}
+
+}  // namespace
+}  // namespace veld
