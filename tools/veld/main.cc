@@ -1,129 +1,45 @@
-// veld: the library's command-line tool.
-//
-// For now it answers --version and runs a short self-check of the library:
-// GUID and hex texts, the error record, and an XML round trip.
+// veld: the library's command-line tool. Each group of commands works on one
+// kind of document through the library's public classes; see --help.
 #include <cstdio>
-#include <cstring>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "veld/veld.h"
+#include "veld/platform/platform.h"
+
+#include "cli.h"
+#include "commands.h"
 
 namespace {
 
-constexpr char kUsage[] =
-    "usage: veld [--version | --help | self-check]\n"
-    "\n"
-    "  --version    print the version of the tool and library\n"
-    "  self-check   exercise the library briefly and report each check\n";
-
-struct Check {
-  const char* name;
-  std::function<bool(std::string&)> run;  // fills in a detail on failure
-};
-
-bool IsHexDigits(const std::string& text) {
-  return text.find_first_not_of("0123456789ABCDEF") == std::string::npos;
-}
-
-std::vector<Check> SelfChecks() {
-  return {
-      {"new GUID in general form",
-       [](std::string& detail) {
-         veld::KvoUtils utils;
-         std::string guid = utils.KvoGenerateGUID(veld::KVO_GUID_FORMAT_GENERAL);
-         detail = guid;
-         return guid.size() == 38 && guid[0] == '{' && guid[9] == '-' && guid[37] == '}';
-       }},
-      {"new GUID as pure data",
-       [](std::string& detail) {
-         veld::KvoUtils utils;
-         std::string guid = utils.KvoGenerateGUID(veld::Kvo_GUID_FORMAT_PUREDATA);
-         detail = guid;
-         return guid.size() == 32 && IsHexDigits(guid);
-       }},
-      {"padded hex text",
-       [](std::string& detail) {
-         veld::KvoUtils utils;
-         detail = utils.KvoNumberToHexStr(veld::Variant(int32_t{255}), veld::Variant(int32_t{4}))
-                      .ToString();
-         return detail == "00FF";
-       }},
-      {"error record message",
-       [](std::string& detail) {
-         veld::KvoErrObject record;
-         record.SetError2(53, "File not found");
-         detail = record.GetErrorMsg();
-         return detail == "File not found(ERR#: 53)";
-       }},
-      {"raised error reaches the caller",
-       [](std::string& detail) {
-         veld::KvoErrObject record;
-         record.SetError2(-1, "No Section ID specified.");
-         try {
-           record.Raise();
-         } catch (const veld::AutomationError& error) {
-           detail = error.Description();
-           return error.Number() == -1 && veld::Err().Number() == -1;
-         }
-         return false;
-       }},
-      {"XML round trip",
-       [](std::string& detail) {
-         veld::XmlDocument doc;
-         if (!doc.LoadXml("<config>\n  <section id=\"a\"><option name=\"x\" value=\"caf\xC3\xA9\"/>"
-                          "</section>\n</config>")) {
-           detail = doc.ParseError().Reason();
-           return false;
-         }
-         detail = doc.Xml();
-         return detail ==
-                "<config><section id=\"a\"><option name=\"x\" value=\"caf\xC3\xA9\"/></section>"
-                "</config>";
-       }},
-      {"XPath selection",
-       [](std::string& detail) {
-         veld::XmlDocument doc;
-         doc.LoadXml("<config><section id=\"a\"/><section id=\"b\"/></config>");
-         veld::XmlNodeList sections = doc.SelectNodes("/*/section");
-         detail = std::to_string(sections.Length()) + " sections";
-         return sections.Length() == 2 && sections.Item(1).GetAttribute("id") == "b";
-       }},
-  };
-}
-
-int SelfCheck() {
-  int failed = 0;
-  for (const Check& check : SelfChecks()) {
-    std::string detail;
-    bool ok = false;
-    try {
-      ok = check.run(detail);
-    } catch (const std::exception& error) {
-      detail = error.what();
-    }
-    std::printf("%s  %-34s %s\n", ok ? "ok  " : "FAIL", check.name, detail.c_str());
-    if (!ok) ++failed;
+std::string TopHelp(const std::vector<veld::cli::Group>& groups) {
+  std::string text =
+      "usage: veld [--version | --help] COMMAND ...\n"
+      "\n"
+      "commands:\n";
+  for (const auto& group : groups) {
+    std::string left = "  " + group.name;
+    if (left.size() < 14) left.resize(14, ' ');
+    text += left + " " + group.summary + "\n";
   }
-  std::printf("%s: %d check(s) failed\n", failed == 0 ? "self-check passed" : "self-check FAILED",
-              failed);
-  return failed == 0 ? 0 : 1;
+  text +=
+      "  self-check   exercise the library briefly and report each check\n"
+      "\n"
+      "Run 'veld COMMAND --help' for the commands of a group.\n"
+      "Exit status: 0 success, 1 the library reported a failure (message on standard\n"
+      "error), 2 a wrong command line.\n";
+  return text;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  if (words.size() == 1 && words[0] == "--version") {
     std::printf("veld %s (%s)\n", VELD_VERSION_STRING,
                 veld::Platform::Default().ProductName().c_str());
-    return 0;
+    return veld::cli::kExitOk;
   }
-  if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
-    std::fputs(kUsage, stdout);
-    return 0;
-  }
-  if (argc == 2 && std::strcmp(argv[1], "self-check") == 0) return SelfCheck();
-  std::fputs(kUsage, stderr);
-  return 2;
+  if (words.size() == 1 && words[0] == "self-check") return veld::cli::SelfCheck();
+  const std::vector<veld::cli::Group> groups = {veld::cli::ItemsCommands()};
+  return veld::cli::Run(groups, TopHelp(groups), words);
 }

@@ -1,0 +1,185 @@
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support/testing.h"
+
+extern char** environ;
+
+namespace veld {
+namespace {
+
+struct Result {
+  int exit_code = -1;
+  std::string out;
+  std::string err;
+};
+
+// Runs the built tool with `args`, with standard input closed, and collects
+// both output streams.
+Result RunVeld(const std::vector<std::string>& args) {
+  int out_pipe[2];
+  int err_pipe[2];
+  if (pipe(out_pipe) != 0 || pipe(err_pipe) != 0) return {};
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_adddup2(&actions, out_pipe[1], 1);
+  posix_spawn_file_actions_adddup2(&actions, err_pipe[1], 2);
+  posix_spawn_file_actions_addclose(&actions, out_pipe[0]);
+  posix_spawn_file_actions_addclose(&actions, err_pipe[0]);
+  std::vector<std::string> words = {VELD_CLI_PATH};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  pid_t pid = 0;
+  const int spawned = posix_spawn(&pid, VELD_CLI_PATH, &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  close(out_pipe[1]);
+  close(err_pipe[1]);
+  Result result;
+  if (spawned != 0) {
+    close(out_pipe[0]);
+    close(err_pipe[0]);
+    return result;
+  }
+  pollfd fds[2] = {{out_pipe[0], POLLIN, 0}, {err_pipe[0], POLLIN, 0}};
+  std::string* sinks[2] = {&result.out, &result.err};
+  int open_streams = 2;
+  while (open_streams > 0) {
+    if (poll(fds, 2, -1) < 0) break;
+    for (int i = 0; i < 2; ++i) {
+      if (fds[i].fd < 0 || fds[i].revents == 0) continue;
+      char buffer[4096];
+      const ssize_t n = read(fds[i].fd, buffer, sizeof buffer);
+      if (n > 0) {
+        sinks[i]->append(buffer, static_cast<size_t>(n));
+      } else {
+        close(fds[i].fd);
+        fds[i].fd = -1;
+        --open_streams;
+      }
+    }
+  }
+  int status = 0;
+  waitpid(pid, &status, 0);
+  result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+class VeldCliTest : public ::testing::Test {
+ protected:
+  testing::TempDir dir_;
+};
+
+TEST_F(VeldCliTest, HelpListsTheCommandsAndSucceeds) {
+  Result result = RunVeld({"--help"});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_NE(result.out.find("items"), std::string::npos);
+  EXPECT_NE(result.out.find("self-check"), std::string::npos);
+  EXPECT_EQ(result.err, "");
+}
+
+TEST_F(VeldCliTest, NoCommandIsAUsageError) {
+  Result result = RunVeld({});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_NE(result.err.find("usage: veld"), std::string::npos);
+}
+
+TEST_F(VeldCliTest, UnknownCommandIsAUsageError) {
+  Result result = RunVeld({"frobnicate"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld: unknown command 'frobnicate'\n", 0), 0u) << result.err;
+}
+
+TEST_F(VeldCliTest, EveryLevelHasHelp) {
+  for (const auto& args : std::vector<std::vector<std::string>>{
+           {"items", "--help"}, {"items", "list", "--help"}, {"items", "convert", "-h"}}) {
+    Result result = RunVeld(args);
+    EXPECT_EQ(result.exit_code, 0) << args[1];
+    EXPECT_EQ(result.out.rfind("usage: veld items", 0), 0u) << result.out;
+  }
+}
+
+TEST_F(VeldCliTest, VersionNamesTheTool) {
+  Result result = RunVeld({"--version"});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.out.rfind("veld ", 0), 0u);
+}
+
+TEST_F(VeldCliTest, ItemsListPrintsRootTagsThenItems) {
+  const std::string file =
+      dir_.Write("items.xml",
+                 "<group id='g'><option name='a' value='1' type='int'/><option name='b'>two"
+                 "</option></group>");
+  Result result = RunVeld({"items", "list", file});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out, "@id\tg\na\t1\tint\t\nb\ttwo\ttwo\ttwo\n");
+  EXPECT_EQ(result.err, "");
+}
+
+TEST_F(VeldCliTest, ItemsConvertWritesTheLibrarysForm) {
+  const std::string file =
+      dir_.Write("in.xml", "<row><col name='qty'> 3 </col><col name='code' value='A'/></row>");
+  Result result = RunVeld({"items", "convert", "--root=group", "--tag", "option", file});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out,
+            "<group><option name=\"qty\" value=\"3\" type=\"3\" extra=\"3\"/>"
+            "<option name=\"code\" value=\"A\"/></group>\n");
+  const std::string out = dir_.File("out.xml");
+  result = RunVeld({"items", "convert", file, out});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(testing::ReadFile(out),
+            "<group><option name=\"qty\" value=\"3\" type=\"3\" extra=\"3\"/>"
+            "<option name=\"code\" value=\"A\"/></group>");
+}
+
+TEST_F(VeldCliTest, MissingFileFailsWithTheLibrarysMessage) {
+  const std::string missing = dir_.File("missing.xml");
+  Result result = RunVeld({"items", "list", missing});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "veld items list: Failed to load items Xml. (" + missing + ")\n");
+}
+
+TEST_F(VeldCliTest, MalformedXmlFailsWithTheLibrarysMessage) {
+  const std::string file = dir_.Write("bad.xml", "<group><option name='a'>");
+  Result result = RunVeld({"items", "list", file});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld items list: Failed to load items Xml. (" + file + ")\n");
+}
+
+TEST_F(VeldCliTest, DuplicateNamesWithKeysFail) {
+  const std::string file = dir_.Write("dup.xml", "<g><o name='A'/><o name='a'/></g>");
+  Result result = RunVeld({"items", "list", "--keys", file});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err,
+            "veld items list: This key is already associated with an element of this "
+            "collection (" +
+                file + ")\n");
+  EXPECT_EQ(RunVeld({"items", "list", file}).exit_code, 0);
+}
+
+TEST_F(VeldCliTest, WrongArgumentsAreUsageErrors) {
+  Result result = RunVeld({"items", "list"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld items list: missing arguments\n", 0), 0u) << result.err;
+  result = RunVeld({"items", "list", "a", "b"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld items list: too many arguments\n", 0), 0u) << result.err;
+  result = RunVeld({"items", "convert", "x.xml", "--root"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld items convert: option --root needs a value\n", 0), 0u);
+}
+
+}  // namespace
+}  // namespace veld

@@ -1,0 +1,16 @@
+// The command groups of the veld tool.
+#ifndef VELD_TOOLS_VELD_COMMANDS_H_
+#define VELD_TOOLS_VELD_COMMANDS_H_
+
+#include "cli.h"
+
+namespace veld::cli {
+
+Group ItemsCommands();
+
+// Runs the library's short self-check; 0 when every check passed.
+int SelfCheck();
+
+}  // namespace veld::cli
+
+#endif  // VELD_TOOLS_VELD_COMMANDS_H_
