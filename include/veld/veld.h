@@ -37,6 +37,7 @@
 #include "veld/tablestore/table_store.h"
 
 // options: the option store.
+#include "veld/options/kvo_option.h"
 
 // registry: registry access and its backends.
 
