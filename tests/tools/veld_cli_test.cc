@@ -1,3 +1,4 @@
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -179,6 +180,90 @@ TEST_F(VeldCliTest, WrongArgumentsAreUsageErrors) {
   result = RunVeld({"items", "convert", "x.xml", "--root"});
   EXPECT_EQ(result.exit_code, 2);
   EXPECT_EQ(result.err.rfind("veld items convert: option --root needs a value\n", 0), 0u);
+}
+
+TEST_F(VeldCliTest, OptionsSetGetListRemoveRoundTrip) {
+  const std::string file = dir_.File("app.xml");
+  const std::vector<std::string> where = {"--section", "main", "--group", "window"};
+  auto with = [&](std::vector<std::string> args) {
+    args.insert(args.begin() + 2, where.begin(), where.end());
+    return RunVeld(args);
+  };
+  EXPECT_EQ(with({"options", "set", file, "width", "800"}).exit_code, 0);
+  EXPECT_EQ(with({"options", "set", file, "title", "H\xC3\xA9llo & <you>"}).exit_code, 0);
+  Result got = with({"options", "get", file, "title"});
+  EXPECT_EQ(got.exit_code, 0) << got.err;
+  EXPECT_EQ(got.out, "H\xC3\xA9llo & <you>\n");
+  EXPECT_EQ(with({"options", "list", file}).out, "width\t800\ntitle\tH\xC3\xA9llo & <you>\n");
+  EXPECT_EQ(with({"options", "remove", file, "--name", "width"}).exit_code, 0);
+  EXPECT_EQ(with({"options", "list", file}).out, "title\tH\xC3\xA9llo & <you>\n");
+  EXPECT_FALSE(std::ifstream(file + ".bak").good());
+}
+
+TEST_F(VeldCliTest, OptionsGetOfMissingOptionFailsUnlessDefaultGiven) {
+  const std::string file =
+      dir_.Write("app.xml",
+                 "<config><section id='s'><group id='g'><option name='a' value='1'/></group>"
+                 "</section></config>");
+  Result result = RunVeld({"options", "get", "--section", "s", "--group", "g", file, "b"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err,
+            "veld options get: Specified option not found - "
+            "/*/section[@id='s']/group[@id='g']/option[@name='b']\n");
+  result =
+      RunVeld({"options", "get", "--section", "s", "--group", "g", "--default", "5", file, "b"});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.out, "5\n");
+}
+
+TEST_F(VeldCliTest, OptionsOfUnknownSectionFail) {
+  const std::string file = dir_.Write("app.xml", "<config><section id='s'/></config>");
+  Result result = RunVeld({"options", "list", "--section", "nosuch", "--group", "g", file});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err,
+            "veld options list: no options in section 'nosuch', group 'g' of " + file + "\n");
+}
+
+TEST_F(VeldCliTest, OptionsOfMissingOrMalformedFileFailWithTheLibrarysMessage) {
+  const std::string missing = dir_.File("missing.xml");
+  Result result = RunVeld({"options", "get", missing, "x"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld options get: Option file not found - " + missing + ".\n");
+  const std::string bad = dir_.Write("bad.xml", "<config><section>");
+  result = RunVeld({"options", "list", "--section", "s", "--group", "g", bad});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err,
+            "veld options list: Faield to load option file(Not a valid xml format?).\n");
+}
+
+TEST_F(VeldCliTest, OptionsMergeReplacesSectionsOfTheSameId) {
+  const std::string source =
+      dir_.Write("defaults.xml",
+                 "<config><section id='a'><group id='g'><option name='x' value='new'/>"
+                 "</group></section><section id='b'/></config>");
+  const std::string target = dir_.Write(
+      "app.xml", "<config><section id='a'><group id='old'/></section><section id='c'/></config>");
+  EXPECT_EQ(RunVeld({"options", "merge", "--sections", "a", source, target}).exit_code, 0);
+  EXPECT_EQ(testing::ReadFile(target),
+            "<config><section id=\"c\"/><section id=\"a\"><group id=\"g\"><option name=\"x\" "
+            "value=\"new\"/></group></section></config>");
+}
+
+TEST_F(VeldCliTest, OptionsEncodeAndDecodeRoundTrip) {
+  Result encoded = RunVeld({"options", "encode", "p\xC3\xA4ss word"});
+  EXPECT_EQ(encoded.exit_code, 0);
+  ASSERT_GT(encoded.out.size(), 5u);
+  EXPECT_EQ(encoded.out.rfind("-e", 0), 0u);
+  const std::string text = encoded.out.substr(0, encoded.out.size() - 1);
+  EXPECT_EQ(RunVeld({"options", "decode", text}).out, "p\xC3\xA4ss word\n");
+  EXPECT_EQ(RunVeld({"options", "decode", "plain"}).out, "plain\n");
+}
+
+TEST_F(VeldCliTest, OptionsRemoveNeedsASection) {
+  const std::string file = dir_.Write("app.xml", "<config/>");
+  Result result = RunVeld({"options", "remove", file});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld options remove: --section is required\n", 0), 0u);
 }
 
 }  // namespace

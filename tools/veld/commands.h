@@ -7,6 +7,7 @@
 namespace veld::cli {
 
 Group ItemsCommands();
+Group OptionsCommands();
 
 // Runs the library's short self-check; 0 when every check passed.
 int SelfCheck();
