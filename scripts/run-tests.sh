@@ -5,14 +5,18 @@
 #                benchmarks are built, not run.
 #   build-asan/  clang with address + undefined-behaviour sanitizers:
 #                the same tests, plus a short libFuzzer run of each fuzz target.
+#   build-mingw/ the registry backend conformance suite cross-built with
+#                mingw-w64 and run under Wine against Wine's registry.
 # Exits non-zero when any step fails and ends with a short summary.
 #
-# Environment: VELD_BUILD_DIR, VELD_ASAN_BUILD_DIR (tree locations),
+# Environment: VELD_BUILD_DIR, VELD_ASAN_BUILD_DIR, VELD_MINGW_BUILD_DIR
+# (tree locations), VELD_WINEPREFIX (the Wine prefix, kept between runs),
 # VELD_JOBS (parallel jobs, default 2), VELD_SKIP_SETUP=1.
 set -euo pipefail
 # shellcheck source=scripts/common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 cd "$VELD_ROOT"
+VELD_MINGW_BUILD_DIR=${VELD_MINGW_BUILD_DIR:-$VELD_ROOT/build-mingw}
 
 "$VELD_ROOT/scripts/setup.sh"
 
@@ -75,6 +79,7 @@ tree() {
 
 tree "gcc" "$VELD_BUILD_DIR" veld_configure_main || true
 tree "asan" "$VELD_ASAN_BUILD_DIR" veld_configure_asan || true
+step "wine registry" "$VELD_ROOT/tests/registry/wine/run-conformance.sh" "$VELD_MINGW_BUILD_DIR" || true
 
 echo
 echo "==> summary (${VELD_BUILD_DIR#"$VELD_ROOT"/}, ${VELD_ASAN_BUILD_DIR#"$VELD_ROOT"/})"

@@ -40,6 +40,8 @@
 #include "veld/options/kvo_option.h"
 
 // registry: registry access and its backends.
+#include "veld/registry/kvo_registry.h"
+#include "veld/registry/registry_backend.h"
 
 // datasets: the dataset classes.
 

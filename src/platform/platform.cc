@@ -31,6 +31,7 @@ std::string ForwardingPlatform::AnsiCodePage() { return target_.AnsiCodePage(); 
 int32_t ForwardingPlatform::TwipsPerPixelX() { return target_.TwipsPerPixelX(); }
 int32_t ForwardingPlatform::TwipsPerPixelY() { return target_.TwipsPerPixelY(); }
 bool ForwardingPlatform::XslDocumentReadAllowed() { return target_.XslDocumentReadAllowed(); }
+RegistryBackend& ForwardingPlatform::Registry() { return target_.Registry(); }
 
 Platform& CurrentPlatform() {
   Platform* installed = g_installed.load(std::memory_order_acquire);

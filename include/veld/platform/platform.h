@@ -17,6 +17,8 @@
 
 namespace veld {
 
+class RegistryBackend;
+
 // A 128-bit GUID in its classic field layout.
 struct Guid {
   uint32_t Data1 = 0;
@@ -76,6 +78,12 @@ class VELD_EXPORT Platform {
   // style sheets turns it on by overriding this.
   virtual bool XslDocumentReadAllowed() { return false; }
 
+  // The registry KvoRegistry reads and writes (veld/registry/registry_backend.h):
+  // the Windows registry on Windows, elsewhere a store in an SQLite file
+  // ($VELD_REGISTRY_FILE, else $XDG_DATA_HOME/veld/registry.db, else
+  // ~/.local/share/veld/registry.db). Lives at least as long as the platform.
+  virtual RegistryBackend& Registry() = 0;
+
   // The default platform of this operating system. Lives for the process.
   static Platform& Default();
 };
@@ -99,6 +107,7 @@ class VELD_EXPORT ForwardingPlatform : public Platform {
   int32_t TwipsPerPixelX() override;
   int32_t TwipsPerPixelY() override;
   bool XslDocumentReadAllowed() override;
+  RegistryBackend& Registry() override;
 
   Platform& Target() const { return target_; }
 

@@ -11,6 +11,7 @@
 #include <uuid/uuid.h>
 
 #include "platform/posix/posix_error.h"
+#include "registry/sqlite/sqlite_registry.h"
 #include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
 
@@ -125,6 +126,8 @@ class PosixPlatform final : public Platform {
 
   int32_t TwipsPerPixelX() override { return 15; }
   int32_t TwipsPerPixelY() override { return 15; }
+
+  RegistryBackend& Registry() override { return DefaultSqliteRegistry(); }
 };
 
 }  // namespace

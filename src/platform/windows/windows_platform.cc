@@ -8,6 +8,7 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include "registry/windows/windows_registry.h"
 #include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
 
@@ -107,6 +108,8 @@ class WindowsPlatform final : public Platform {
 
   int32_t TwipsPerPixelX() override { return TwipsPerPixel(LOGPIXELSX); }
   int32_t TwipsPerPixelY() override { return TwipsPerPixel(LOGPIXELSY); }
+
+  RegistryBackend& Registry() override { return WindowsRegistry(); }
 
  private:
   static int32_t TwipsPerPixel(int axis) {
