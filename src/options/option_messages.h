@@ -21,6 +21,9 @@ inline constexpr char kNoSectionId[] = "No Section ID specified.";
 inline constexpr char kNoGroupId[] = "No SectionID/Group ID specified.";
 inline constexpr char kNoOptionName[] = "No SectionID/GroupID/OptionName specified.";
 
+inline constexpr char kRegistryValuesNotXml[] = "Failed to load Registry values xml.";
+inline constexpr char kOptionsNotXml[] = "Failed to load options xml.";
+
 }  // namespace veld::options_internal
 
 #endif  // VELD_OPTIONS_OPTION_MESSAGES_H_

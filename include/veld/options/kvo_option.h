@@ -157,6 +157,24 @@ class VELD_EXPORT KvoOption : public DocumentFrame {
   bool SetOptionGroup(const std::string& sSectionID, const std::string& sGroupID,
                       const XmlNodeList& cXmlNodeList);
 
+  // --- Options and the registry ---
+
+  // Replaces the held section `sSectionID` with one holding only the group
+  // `sGroupID`, filled from the string and number values of the registry key
+  // `sFullKeyName` (see KvoRegistry::GetKeyValuesToXml). Other groups of that
+  // section are dropped, as every load replaces whole sections. A registry
+  // failure becomes this object's record (its number, text and source).
+  bool LoadOptionFromRegistry(const std::string& sFullKeyName, const std::string& sSectionID,
+                              const std::string& sGroupID = "general");
+
+  // Writes the options of group `sGroupID` of section `sSectionID` as string
+  // values of the registry key `sFullKeyName`, creating the key when needed.
+  // The group is looked up with `sGroupID` exactly as given, blanks included
+  // (other lookups trim); a group the section lacks writes nothing. A
+  // registry failure becomes this object's record.
+  bool SaveOptionToRegistry(const std::string& sFullKeyName, const std::string& sSectionID,
+                            const std::string& sGroupID = "general");
+
   // --- Value encoding ---
   //
   // Encode masks a text so that it is not readable at a glance: "-e", up to
