@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -264,6 +265,71 @@ TEST_F(VeldCliTest, OptionsRemoveNeedsASection) {
   Result result = RunVeld({"options", "remove", file});
   EXPECT_EQ(result.exit_code, 2);
   EXPECT_EQ(result.err.rfind("veld options remove: --section is required\n", 0), 0u);
+}
+
+class VeldRegistryCliTest : public VeldCliTest {
+ protected:
+  void SetUp() override { ::setenv("VELD_REGISTRY_FILE", dir_.File("registry.db").c_str(), 1); }
+  void TearDown() override { ::unsetenv("VELD_REGISTRY_FILE"); }
+
+  const std::string key_ = "HKEY_CURRENT_USER\\Software\\VeldCli";
+};
+
+TEST_F(VeldRegistryCliTest, ValuesOfEveryTypeRoundTrip) {
+  EXPECT_EQ(RunVeld({"registry", "set", "--type", "dword", key_, "Width", "800"}).exit_code, 0);
+  EXPECT_EQ(RunVeld({"registry", "get", "--type", "dword", key_, "Width"}).out, "800\n");
+  EXPECT_EQ(RunVeld({"registry", "set", key_, "Title", "  Caf\xC3\xA9"}).exit_code, 0);
+  // Leading blanks are not read back, as the library reads strings.
+  EXPECT_EQ(RunVeld({"registry", "get", key_, "Title"}).out, "Caf\xC3\xA9\n");
+  EXPECT_EQ(RunVeld({"registry", "set", "--type=binary", key_, "Blob", "00ff10"}).exit_code, 0);
+  EXPECT_EQ(RunVeld({"registry", "get", "--type=binary", key_, "Blob"}).out, "00FF10\n");
+  EXPECT_EQ(RunVeld({"registry", "dump", key_}).out,
+            "<group id=\"general\"><option name=\"Width\" value=\"800\"/><option "
+            "name=\"Title\" value=\"Caf\xC3\xA9\"/></group>\n");
+}
+
+TEST_F(VeldRegistryCliTest, BadKeyPathFailsWithTheLibrarysMessage) {
+  Result result = RunVeld({"registry", "get", "HKEY_NOWHERE\\Software", "x"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld registry get: Invalid main key name specified - HKEY_NOWHERE\n");
+}
+
+TEST_F(VeldRegistryCliTest, MissingValueFails) {
+  ASSERT_EQ(RunVeld({"registry", "set", key_, "a", "1"}).exit_code, 0);
+  Result result = RunVeld({"registry", "get", key_, "nosuch"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld registry get: Invalid parameter.\n");
+}
+
+TEST_F(VeldRegistryCliTest, LoadWritesOptionElementsAsStrings) {
+  const std::string file =
+      dir_.Write("values.xml",
+                 "<group id='general'><option name='a' value='1'/><option name='b' "
+                 "value='two'/></group>");
+  ASSERT_EQ(RunVeld({"registry", "load", key_, file}).exit_code, 0);
+  EXPECT_EQ(RunVeld({"registry", "get", key_, "b"}).out, "two\n");
+  EXPECT_EQ(RunVeld({"registry", "delete", key_}).exit_code, 0);
+  EXPECT_EQ(RunVeld({"registry", "get", key_, "b"}).exit_code, 1);
+}
+
+TEST_F(VeldRegistryCliTest, OptionGroupsMirrorToAndFromAKey) {
+  const std::string source =
+      dir_.Write("app.xml",
+                 "<config><section id='main'><group id='general'><option name='w' value='9'/>"
+                 "</group></section></config>");
+  ASSERT_EQ(RunVeld({"registry", "to-registry", "--section", "main", source, key_}).exit_code, 0);
+  const std::string target = dir_.File("copy.xml");
+  Result result = RunVeld({"registry", "from-registry", "--section", "main", target, key_});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(testing::ReadFile(target),
+            "<config><section id=\"main\"><group id=\"general\"><option name=\"w\" "
+            "value=\"9\"/></group></section></config>");
+}
+
+TEST_F(VeldRegistryCliTest, WrongTypeIsAUsageError) {
+  Result result = RunVeld({"registry", "get", "--type", "qword", key_, "a"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld registry get: --type must be string, dword or binary\n", 0), 0u);
 }
 
 }  // namespace

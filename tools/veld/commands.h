@@ -8,6 +8,7 @@ namespace veld::cli {
 
 Group ItemsCommands();
 Group OptionsCommands();
+Group RegistryCommands();
 
 // Runs the library's short self-check; 0 when every check passed.
 int SelfCheck();

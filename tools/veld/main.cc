@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
     return veld::cli::kExitOk;
   }
   if (words.size() == 1 && words[0] == "self-check") return veld::cli::SelfCheck();
-  const std::vector<veld::cli::Group> groups = {veld::cli::ItemsCommands(),
-                                                veld::cli::OptionsCommands()};
+  const std::vector<veld::cli::Group> groups = {
+      veld::cli::ItemsCommands(), veld::cli::OptionsCommands(), veld::cli::RegistryCommands()};
   return veld::cli::Run(groups, TopHelp(groups), words);
 }
