@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "veld/tablestore/table_store.h"
+
 namespace veld {
 
 namespace {
@@ -11,6 +13,10 @@ std::atomic<Platform*> g_installed{nullptr};
 }  // namespace
 
 Platform::~Platform() = default;
+
+std::unique_ptr<TableStore> Platform::OpenTableStore(const std::string& /*connection_string*/) {
+  return nullptr;
+}
 
 ForwardingPlatform::ForwardingPlatform() : target_(Platform::Default()) {}
 ForwardingPlatform::ForwardingPlatform(Platform* target) : target_(*target) {}
@@ -32,6 +38,10 @@ int32_t ForwardingPlatform::TwipsPerPixelX() { return target_.TwipsPerPixelX(); 
 int32_t ForwardingPlatform::TwipsPerPixelY() { return target_.TwipsPerPixelY(); }
 bool ForwardingPlatform::XslDocumentReadAllowed() { return target_.XslDocumentReadAllowed(); }
 RegistryBackend& ForwardingPlatform::Registry() { return target_.Registry(); }
+std::unique_ptr<TableStore> ForwardingPlatform::OpenTableStore(
+    const std::string& connection_string) {
+  return target_.OpenTableStore(connection_string);
+}
 
 Platform& CurrentPlatform() {
   Platform* installed = g_installed.load(std::memory_order_acquire);

@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "runtime/text.h"
+#include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
 
 #include "tablestore/connection_string.h"
@@ -34,6 +35,9 @@ TableCursor::~TableCursor() = default;
 TableStore::~TableStore() = default;
 
 std::unique_ptr<TableStore> OpenTableStore(const std::string& connection_string) {
+  if (std::unique_ptr<TableStore> hosted = CurrentPlatform().OpenTableStore(connection_string)) {
+    return hosted;
+  }
   const ConnectionString settings = ConnectionString::Parse(connection_string);
   const std::string source = settings.Get("Data Source").value_or("");
   const std::string user = settings.Get("User ID").value_or("");

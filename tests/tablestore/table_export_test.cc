@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
+#include "veld/tablestore/table_store.h"
 
 #include "support/testing.h"
 
@@ -188,6 +190,61 @@ TEST_F(TableExportTest, ProgressIsToldAtMostAFewHundredTimesAndReachesTheEnd) {
   EXPECT_GE(calls, 10);
   EXPECT_EQ(last, 1000);
   EXPECT_EQ(Query("SELECT count(*) FROM orders WHERE qty = 3"), (Rows{{"1000"}}));
+}
+
+// A store kept in memory, which a host platform hands out; a commit puts
+// the rows into `committed`, which outlives the store.
+class MemoryStore : public TableStore {
+ public:
+  explicit MemoryStore(Rows* committed) : committed_(committed) {}
+
+  struct Cursor : TableCursor {
+    explicit Cursor(MemoryStore& store) : store_(store) {}
+    int32_t FieldCount() const override { return 2; }
+    const std::string& FieldName(int32_t index) const override { return names_[index]; }
+    void AddNew() override { record_.assign(2, "<unset>"); }
+    void SetFieldValue(int32_t index, const std::string& text) override { record_[index] = text; }
+    void Update() override { store_.pending_.push_back(record_); }
+
+    MemoryStore& store_;
+    std::vector<std::string> names_ = {"code", "qty"};
+    std::vector<std::string> record_;
+  };
+
+  void BeginTrans() override { pending_.clear(); }
+  void CommitTrans() override { *committed_ = pending_; }
+  void RollbackTrans() override { pending_.clear(); }
+  void DeleteAllRecords(const std::string&) override {}
+  std::unique_ptr<TableCursor> OpenTable(const std::string&) override {
+    return std::make_unique<Cursor>(*this);
+  }
+
+  Rows pending_;
+  Rows* committed_;
+};
+
+class HostPlatform : public ForwardingPlatform {
+ public:
+  std::unique_ptr<TableStore> OpenTableStore(const std::string& connection) override {
+    connection_ = connection;
+    return std::make_unique<MemoryStore>(&committed_);
+  }
+  std::string connection_;
+  Rows committed_;
+};
+
+TEST(TableExportHostTest, HostPlatformSuppliesTheStore) {
+  HostPlatform host;
+  ScopedPlatform installed(host);
+  TableExportRequest request{"D", "host:orders", "t", "me", "pw", false};
+  std::vector<std::string> rows = {"<r><col name='CODE' value='A'/></r>",
+                                   "<r><col name='qty' value='2'/></r>"};
+  EXPECT_TRUE(ExportRowsToTable(request, 2, [&](int32_t index, KvoGeneralItems& cols) {
+    return cols.Parse(rows[static_cast<size_t>(index - 1)]);
+  }));
+  EXPECT_EQ(host.connection_,
+            "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=host:orders;User ID=me;Password=pw");
+  EXPECT_EQ(host.committed_, (Rows{{"A", "<unset>"}, {"<unset>", "2"}}));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #define VELD_PLATFORM_PLATFORM_H_
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "veld/export.h"
@@ -18,6 +19,7 @@
 namespace veld {
 
 class RegistryBackend;
+class TableStore;
 
 // A 128-bit GUID in its classic field layout.
 struct Guid {
@@ -84,6 +86,12 @@ class VELD_EXPORT Platform {
   // ~/.local/share/veld/registry.db). Lives at least as long as the platform.
   virtual RegistryBackend& Registry() = 0;
 
+  // Opens the database that a connection string names, for the export of
+  // data elements (veld/tablestore/table_store.h). nullptr, the default,
+  // leaves it to the library's own providers (SQLite files, ODBC); a host
+  // adds its own providers here, a test a store that fails on cue.
+  virtual std::unique_ptr<TableStore> OpenTableStore(const std::string& connection_string);
+
   // The default platform of this operating system. Lives for the process.
   static Platform& Default();
 };
@@ -108,6 +116,7 @@ class VELD_EXPORT ForwardingPlatform : public Platform {
   int32_t TwipsPerPixelY() override;
   bool XslDocumentReadAllowed() override;
   RegistryBackend& Registry() override;
+  std::unique_ptr<TableStore> OpenTableStore(const std::string& connection_string) override;
 
   Platform& Target() const { return target_; }
 

@@ -72,8 +72,9 @@ class VELD_EXPORT TableStore {
 };
 
 // Opens the store that an OLE DB style connection string names
-// ("Data Source=...;User ID=...;Password=..."; see the providers above).
-// Raises -2147467259 when it cannot be opened.
+// ("Data Source=...;User ID=...;Password=..."): the current platform's
+// store when it opens one (Platform::OpenTableStore), otherwise one of the
+// providers above. Raises -2147467259 when it cannot be opened.
 VELD_EXPORT std::unique_ptr<TableStore> OpenTableStore(const std::string& connection_string);
 
 }  // namespace veld
