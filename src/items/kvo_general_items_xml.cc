@@ -10,6 +10,7 @@
 #include "veld/items/kvo_general_items.h"
 #include "veld/runtime/automation_error.h"
 #include "veld/xml/xml_document.h"
+#include "xml/xml_errors.h"
 #include "xml/xml_internal.h"
 #include "xml/xml_tree.h"
 
@@ -46,6 +47,35 @@ bool RunXmlMember(std::string* message, Body&& body) {
   return false;
 }
 
+bool IsNcName(std::string_view name) {
+  return name.find(':') == std::string_view::npos && xml_internal::IsValidName(std::string(name));
+}
+
+// Root tags named "xmlns" or "xmlns:prefix" (as Parse reads namespace
+// declarations) become declarations again rather than plain attributes, so
+// that the saved text declares the prefixes it uses. False for other names.
+bool DeclareNamespace(const XmlNode& root, const std::string& name, const std::string& uri) {
+  if (name != "xmlns" && !name.starts_with("xmlns:")) return false;
+  const std::string prefix = name == "xmlns" ? "" : name.substr(6);
+  if (!prefix.empty() && (!IsNcName(prefix) || uri.empty())) {
+    xml_internal::RaiseXmlFailure("'" + name + "' cannot declare the namespace '" + uri + "'.");
+  }
+  xmlNodePtr element = xml_internal::LibxmlNode(root);
+  const xmlChar* wanted = prefix.empty() ? nullptr : BAD_CAST prefix.c_str();
+  for (xmlNsPtr ns = element->nsDef; ns != nullptr; ns = ns->next) {
+    if (xmlStrEqual(ns->prefix, wanted)) {
+      xmlFree(const_cast<xmlChar*>(ns->href));
+      ns->href = xmlStrdup(BAD_CAST uri.c_str());
+      return true;
+    }
+  }
+  // libxml2 refuses the reserved prefixes "xml" and "xmlns" here.
+  if (xmlNewNs(element, BAD_CAST uri.c_str(), wanted) == nullptr) {
+    xml_internal::RaiseXmlFailure("'" + name + "' cannot declare the namespace '" + uri + "'.");
+  }
+  return true;
+}
+
 XmlDocument BuildDocument(const KvoGeneralItems& items, const std::string& root_key,
                           const std::string& item_tag) {
   XmlDocument doc;
@@ -55,7 +85,7 @@ XmlDocument BuildDocument(const KvoGeneralItems& items, const std::string& root_
   // A later tag of the same name overwrites the earlier attribute value.
   for (int32_t i = 1; i <= items.RootTagCount(); ++i) {
     const KvoGeneralItems::ItemPtr tag = items.RootTagItem(i);
-    root.SetAttribute(tag->Name, tag->Value);
+    if (!DeclareNamespace(root, tag->Name, tag->Value)) root.SetAttribute(tag->Name, tag->Value);
   }
   if (items.Count() == 0) return doc;
   // The XML layer makes (and checks the name of) one item element; the
@@ -78,10 +108,6 @@ XmlDocument BuildDocument(const KvoGeneralItems& items, const std::string& root_
     if (!item->ExtraValue.empty()) add("extra", item->ExtraValue);
   }
   return doc;
-}
-
-bool IsNcName(std::string_view name) {
-  return name.find(':') == std::string_view::npos && xml_internal::IsValidName(std::string(name));
 }
 
 // True when `element` passes "[@name!='']": it has a "name" attribute (no

@@ -310,6 +310,33 @@ TEST(KvoGeneralItemsParseTest, NamespaceDeclarationsBecomeRootTagsFirst) {
   EXPECT_EQ(back.Count(), 1);
 }
 
+TEST(KvoGeneralItemsSaveTest, NamespaceRootTagsAreSavedAsDeclarations) {
+  KvoGeneralItems items;
+  ASSERT_TRUE(items.Parse("<g xmlns:p='u&amp;v' p:x=''/>"));
+  const std::string xml = Saved(items);
+  KvoGeneralItems back;
+  ASSERT_TRUE(back.Parse(xml)) << xml;
+  std::string uri;
+  std::string first_uri;
+  EXPECT_EQ(back.GetRootTag("xmlns:p", &uri), 1);
+  items.GetRootTag("xmlns:p", &first_uri);
+  EXPECT_EQ(uri, first_uri);
+  EXPECT_EQ(back.RootTagCount(), 2);
+}
+
+TEST(KvoGeneralItemsSaveTest, RootTagThatCannotDeclareANamespaceFailsTheSave) {
+  KvoGeneralItems items;
+  items.SetRootTag("xmlns:p", "");
+  std::string xml;
+  std::string message;
+  EXPECT_FALSE(items.Save(xml, "group", "option", &message));
+  EXPECT_EQ(message, "'xmlns:p' cannot declare the namespace ''.");
+  items.Reset();
+  items.SetRootTag("xmlns:1p", "urn:x");
+  EXPECT_FALSE(items.Save(xml, "group", "option", &message));
+  EXPECT_EQ(message, "'xmlns:1p' cannot declare the namespace 'urn:x'.");
+}
+
 TEST(KvoGeneralItemsParseTest, ElementsInDefaultNamespaceAreNotSelectedByName) {
   KvoGeneralItems items;
   EXPECT_TRUE(items.Parse("<group xmlns='urn:x'><option name='a'/></group>"));
