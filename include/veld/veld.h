@@ -46,5 +46,8 @@
 // datasets: the dataset classes.
 
 // xmlhelper: the XML document helper and the progress notifier.
+#include "veld/xmlhelper/connection.h"
+#include "veld/xmlhelper/kvo_progress_updater.h"
+#include "veld/xmlhelper/kvo_xml_helper.h"
 
 #endif  // VELD_VELD_H_

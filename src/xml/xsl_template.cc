@@ -4,13 +4,16 @@
 #include <new>
 #include <utility>
 
+#include <libexslt/exslt.h>
 #include <libxslt/extensions.h>
 #include <libxslt/extra.h>
 #include <libxslt/imports.h>
 #include <libxslt/xsltutils.h>
 
+#include "veld/platform/platform.h"
 #include "xml/document_core.h"
 #include "xml/xml_errors.h"
+#include "xml/xml_file.h"
 #include "xml/xml_handles.h"
 #include "xml/xml_internal.h"
 #include "xml/xml_serializer.h"
@@ -108,15 +111,39 @@ int ReadOwnSheetOnly(xsltSecurityPrefsPtr /*prefs*/, xsltTransformContextPtr ctx
              : 0;
 }
 
-xml_internal::SecurityPrefsPtr ConfinedPrefs() {
+// Writes, directories and the network are always refused; reads of other
+// local documents only when the host allows them.
+xml_internal::SecurityPrefsPtr ConfinedPrefs(bool local_reads_allowed) {
   xml_internal::SecurityPrefsPtr prefs(xsltNewSecurityPrefs());
   if (!prefs) throw std::bad_alloc();
-  xsltSetSecurityPrefs(prefs.get(), XSLT_SECPREF_READ_FILE, &ReadOwnSheetOnly);
+  xsltSetSecurityPrefs(prefs.get(), XSLT_SECPREF_READ_FILE,
+                       local_reads_allowed ? &xsltSecurityAllow : &ReadOwnSheetOnly);
   xsltSetSecurityPrefs(prefs.get(), XSLT_SECPREF_WRITE_FILE, &xsltSecurityForbid);
   xsltSetSecurityPrefs(prefs.get(), XSLT_SECPREF_CREATE_DIRECTORY, &xsltSecurityForbid);
   xsltSetSecurityPrefs(prefs.get(), XSLT_SECPREF_READ_NETWORK, &xsltSecurityForbid);
   xsltSetSecurityPrefs(prefs.get(), XSLT_SECPREF_WRITE_NETWORK, &xsltSecurityForbid);
   return prefs;
+}
+
+// The EXSLT modules (common, sets, math, strings, dates, functions, dynamic)
+// are registered once for the process, so that style sheets written for other
+// processors work; their writing element exsl:document is confined like
+// xsl:document.
+void EnsureExslt() {
+  static std::once_flag once;
+  std::call_once(once, [] { exsltRegisterAll(); });
+}
+
+// The output method xsl:output declares (imported sheets included), or null.
+const xmlChar* DeclaredMethod(const xml_internal::CompiledStylesheet& sheet) {
+  const xmlChar* method = nullptr;
+  XSLT_GET_IMPORT_PTR(method, sheet.get(), method)
+  return method;
+}
+
+bool IsTextMethod(const xml_internal::CompiledStylesheet& sheet) {
+  const xmlChar* method = DeclaredMethod(sheet);
+  return method != nullptr && xmlStrEqual(method, XmlText("text"));
 }
 
 const xml_internal::CompiledStylesheet& Sheet(
@@ -128,8 +155,9 @@ const xml_internal::CompiledStylesheet& Sheet(
 // Runs the transform and returns the result document.
 DocPtr Apply(const xml_internal::CompiledStylesheet& sheet, const XmlDocument& input) {
   xml_internal::EnsureXmlLibrary();
+  EnsureExslt();
   xsltStylesheetPtr style = sheet.get();
-  xml_internal::SecurityPrefsPtr prefs = ConfinedPrefs();
+  xml_internal::SecurityPrefsPtr prefs = ConfinedPrefs(CurrentPlatform().XslDocumentReadAllowed());
   // libxslt strips whitespace from and indexes its input in place; the
   // caller's document and the nodes it holds must not see that.
   DocPtr source(xmlCopyDoc(xml_internal::LibxmlDoc(input), 1));
@@ -152,8 +180,26 @@ DocPtr Apply(const xml_internal::CompiledStylesheet& sheet, const XmlDocument& i
   if (!result || ctxt->state != XSLT_STATE_OK) {
     RaiseXmlFailure(errors.Message(), "The transformation failed.");
   }
+  // The html output method builds an HTML document; the library hands out
+  // XML documents only, and the tree itself is the same.
+  if (result->type == XML_HTML_DOCUMENT_NODE) result->type = XML_DOCUMENT_NODE;
+  // doctype-public and doctype-system of xsl:output are serialisation
+  // settings, which results do not take; the result tree has no DTD.
+  if (xmlDtdPtr dtd = result->intSubset; dtd != nullptr) {
+    xmlUnlinkNode(reinterpret_cast<xmlNodePtr>(dtd));
+    xmlFreeDtd(dtd);
+  }
   xml_internal::MarkUtf8(result.get());
   return result;
+}
+
+// The result of a style sheet whose output method is text is text, not a
+// document; handing it out as one would give a document without a root
+// element whose top level is text.
+void RefuseTextResult(const xml_internal::CompiledStylesheet& sheet) {
+  if (IsTextMethod(sheet)) {
+    RaiseXmlFailure("The style sheet's output method is text; its result is not an XML document.");
+  }
 }
 
 XmlDocument AsDocument(DocPtr doc) {
@@ -171,6 +217,7 @@ XslTemplate::~XslTemplate() = default;
 
 void XslTemplate::SetStylesheet(const XmlDocument& stylesheet) {
   xml_internal::EnsureXmlLibrary();
+  EnsureExslt();
   xmlDocPtr source = xml_internal::LibxmlDoc(stylesheet);
   if (xmlDocGetRootElement(source) == nullptr) RaiseXmlFailure("The style sheet is empty.");
   RefuseOtherSheets(source);
@@ -185,16 +232,24 @@ void XslTemplate::SetStylesheet(const XmlDocument& stylesheet) {
     if (style) style->doc = nullptr;  // the copy stays ours to free
     RaiseXmlFailure(errors.Message(), "The style sheet is not valid.");
   }
-  copy.release();  // now owned by the compiled style sheet
+  static_cast<void>(copy.release());  // now owned by the compiled style sheet
   sheet_ = std::make_shared<const xml_internal::CompiledStylesheet>(std::move(style));
 }
 
+std::string XslTemplate::OutputMethod() const {
+  return xml_internal::StdText(DeclaredMethod(Sheet(sheet_)));
+}
+
 XmlDocument XslTemplate::Transform(const XmlDocument& input) const {
-  return AsDocument(Apply(Sheet(sheet_), input));
+  const xml_internal::CompiledStylesheet& sheet = Sheet(sheet_);
+  RefuseTextResult(sheet);
+  return AsDocument(Apply(sheet, input));
 }
 
 void XslTemplate::TransformInto(const XmlDocument& input, XmlDocument& output) const {
-  DocPtr result = Apply(Sheet(sheet_), input);
+  const xml_internal::CompiledStylesheet& sheet = Sheet(sheet_);
+  RefuseTextResult(sheet);
+  DocPtr result = Apply(sheet, input);
   const auto& state = Access::State(output);
   state->Replace(std::make_shared<DocumentCore>(std::move(result)));
   state->parse_error = XmlParseError();
@@ -203,13 +258,14 @@ void XslTemplate::TransformInto(const XmlDocument& input, XmlDocument& output) c
 std::string XslTemplate::TransformToText(const XmlDocument& input) const {
   const xml_internal::CompiledStylesheet& sheet = Sheet(sheet_);
   DocPtr result = Apply(sheet, input);
-  const xmlChar* method = nullptr;
-  XSLT_GET_IMPORT_PTR(method, sheet.get(), method)
   xmlNodePtr doc_node = reinterpret_cast<xmlNodePtr>(result.get());
-  if (method != nullptr && xmlStrEqual(method, XmlText("text"))) {
-    return xml_internal::DomText(doc_node);
-  }
+  if (IsTextMethod(sheet)) return xml_internal::DomText(doc_node);
   return xml_internal::SerializeNode(doc_node);
+}
+
+void XslTemplate::TransformToFile(const XmlDocument& input, const std::string& path) const {
+  std::string text = TransformToText(input);
+  xml_internal::WriteFileBytes(path, text);
 }
 
 }  // namespace veld

@@ -11,6 +11,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
 #include "veld/xml/xml_document.h"
 
@@ -256,6 +257,179 @@ TEST(XmlXslTemplateTest, FailuresAreNotPrinted) {
   dup2(saved, 2);
   close(saved);
   EXPECT_EQ(testing::ReadFile(log), "");
+}
+
+// A platform that lets style sheets read other local documents.
+class DocumentReadingPlatform : public ForwardingPlatform {
+ public:
+  bool XslDocumentReadAllowed() override { return true; }
+};
+
+TEST(XmlXslTemplateTest, LocalFileReadsAreRefusedByTheDefaultPlatform) {
+  ASSERT_FALSE(CurrentPlatform().XslDocumentReadAllowed());
+  TempDir dir;
+  std::string side = dir.Write("side.xml", std::string("<s>") + kSecret + "</s>");
+  XslTemplate xsl =
+      Compiled(Sheet("<xsl:template match=\"/\"><out><xsl:value-of select=\"document('file://" +
+                     side + "')/s\"/></out></xsl:template>"));
+  EXPECT_RAISES(xsl.Transform(Loaded("<r/>")), errnum::kXmlFailure,
+                "Local file read for file://" + side + " refused");
+}
+
+TEST(XmlXslTemplateTest, LocalFileReadsWorkWhenThePlatformAllowsThem) {
+  TempDir dir;
+  std::string side = dir.Write("side.xml", std::string("<s>") + kSecret + "</s>");
+  XslTemplate xsl =
+      Compiled(Sheet("<xsl:template match=\"/\"><out><xsl:value-of select=\"document('" + side +
+                     "')/s\"/>|<xsl:value-of select=\"document('file://" + side +
+                     "')/s\"/></out></xsl:template>"));
+  {
+    DocumentReadingPlatform platform;
+    ScopedPlatform installed(platform);
+    EXPECT_EQ(xsl.Transform(Loaded("<r/>")).Xml(),
+              std::string("<out>") + kSecret + "|" + kSecret + "</out>");
+  }
+  // The platform is asked at each transform, not when compiling.
+  EXPECT_RAISES(xsl.Transform(Loaded("<r/>")), errnum::kXmlFailure,
+                "Local file read for " + side + " refused");
+}
+
+TEST(XmlXslTemplateTest, AllowedReadsStillRefuseTheNetworkAndExternalEntities) {
+  DocumentReadingPlatform platform;
+  ScopedPlatform installed(platform);
+  TempDir dir;
+  std::string secret = dir.Write("secret.txt", kSecret);
+  std::string side = dir.Write(
+      "side.xml", "<!DOCTYPE s [<!ENTITY e SYSTEM \"file://" + secret + "\">]><s>visible&e;</s>");
+  XslTemplate reader =
+      Compiled(Sheet("<xsl:template match=\"/\"><out><xsl:value-of select=\"document('" + side +
+                     "')/s\"/></out></xsl:template>"));
+  EXPECT_EQ(reader.TransformToText(Loaded("<r/>")), "<out>visible</out>");
+  XslTemplate network =
+      Compiled(Sheet("<xsl:template match=\"/\"><out><xsl:value-of "
+                     "select=\"document('http://127.0.0.1:9/d.xml')/s\"/></out></xsl:template>"));
+  EXPECT_RAISES(network.Transform(Loaded("<r/>")), errnum::kXmlFailure,
+                "Network file read for http://127.0.0.1:9/d.xml refused");
+}
+
+TEST(XmlXslTemplateTest, ExslDocumentIsRefusedAndWritesNothing) {
+  TempDir dir;
+  std::string target = dir.File("exsl.txt");
+  XslTemplate xsl = Compiled(
+      Sheet("<xsl:template match=\"/\"><exsl:document href=\"" + target +
+                "\" method=\"text\">PWNED</exsl:document><out/></xsl:template>",
+            " xmlns:exsl=\"http://exslt.org/common\" extension-element-prefixes=\"exsl\""));
+  EXPECT_RAISES(xsl.Transform(Loaded("<r/>")), errnum::kXmlFailure,
+                "File write for " + target + " refused");
+  EXPECT_FALSE(std::filesystem::exists(target));
+}
+
+TEST(XmlXslTemplateTest, UnknownExtensionElementFailsUnlessItHasAFallback) {
+  XslTemplate without =
+      Compiled(Sheet("<xsl:template match=\"/\"><ext:do/><out/></xsl:template>",
+                     " xmlns:ext=\"urn:unknown\" extension-element-prefixes=\"ext\""));
+  EXPECT_RAISES(without.Transform(Loaded("<r/>")), errnum::kXmlFailure,
+                "xsltApplySequenceConstructor: failed to find extension do");
+  XslTemplate with = Compiled(
+      Sheet("<xsl:template match=\"/\"><ext:do><xsl:fallback><fell/></xsl:fallback></ext:do>"
+            "</xsl:template>",
+            " xmlns:ext=\"urn:unknown\" extension-element-prefixes=\"ext\""));
+  EXPECT_EQ(with.Transform(Loaded("<r/>")).Xml(), "<fell/>");
+}
+
+TEST(XmlXslTemplateTest, ExsltModulesAreAvailable) {
+  XslTemplate xsl = Compiled(
+      Sheet("<xsl:template match=\"/\"><out><xsl:for-each select=\"set:distinct(//v)\">"
+            "<xsl:value-of select=\".\"/></xsl:for-each>|<xsl:value-of "
+            "select=\"count(str:tokenize('a,b,,c', ','))\"/>|<xsl:value-of "
+            "select=\"math:min(//v)\"/></out></xsl:template>",
+            " xmlns:set=\"http://exslt.org/sets\" xmlns:str=\"http://exslt.org/strings\""
+            " xmlns:math=\"http://exslt.org/math\" exclude-result-prefixes=\"set str math\""));
+  EXPECT_EQ(xsl.Transform(Loaded("<r><v>3</v><v>1</v><v>3</v></r>")).Xml(), "<out>31|3|1</out>");
+}
+
+TEST(XmlXslTemplateTest, OutputMethodIsTheDeclaredOne) {
+  EXPECT_EQ(Compiled(Sheet(kCopyItems)).OutputMethod(), "");
+  EXPECT_EQ(
+      Compiled(Sheet("<xsl:output method=\"xml\"/>" + std::string(kCopyItems))).OutputMethod(),
+      "xml");
+  EXPECT_EQ(
+      Compiled(Sheet("<xsl:output method=\"html\"/>" + std::string(kCopyItems))).OutputMethod(),
+      "html");
+  EXPECT_EQ(
+      Compiled(Sheet("<xsl:output method=\"text\"/>" + std::string(kCopyItems))).OutputMethod(),
+      "text");
+  XslTemplate none;
+  EXPECT_RAISES(none.OutputMethod(), errnum::kXmlFailure, "No style sheet has been set.");
+}
+
+TEST(XmlXslTemplateTest, TextOutputIsRefusedAsADocument) {
+  XslTemplate xsl =
+      Compiled(Sheet("<xsl:output method=\"text\"/><xsl:template match=\"/\">"
+                     "plain text</xsl:template>"));
+  const char* const message =
+      "The style sheet's output method is text; its result is not an XML document.";
+  EXPECT_RAISES(xsl.Transform(Loaded("<r/>")), errnum::kXmlFailure, message);
+  XmlDocument output = Loaded("<kept/>");
+  EXPECT_RAISES(xsl.TransformInto(Loaded("<r/>"), output), errnum::kXmlFailure, message);
+  EXPECT_EQ(output.Xml(), "<kept/>");
+  EXPECT_EQ(xsl.TransformToText(Loaded("<r/>")), "plain text");
+}
+
+TEST(XmlXslTemplateTest, HtmlOutputGivesAnXmlDocument) {
+  XslTemplate xsl =
+      Compiled(Sheet("<xsl:output method=\"html\"/><xsl:template match=\"/\"><html><head>"
+                     "<title>T</title></head><body><br/><hr/><p>x &lt; y</p></body></html>"
+                     "</xsl:template>"));
+  XmlDocument output = xsl.Transform(Loaded("<r/>"));
+  EXPECT_EQ(output.AsNode().NodeType(), NODE_DOCUMENT);
+  EXPECT_EQ(output.Xml(),
+            "<html><head><title>T</title></head><body><br/><hr/><p>x &lt; y</p></body></html>");
+  EXPECT_EQ(output.SelectNodes("/html/body/*").Length(), 3);
+  EXPECT_EQ(xsl.TransformToText(Loaded("<r/>")), output.Xml());
+}
+
+TEST(XmlXslTemplateTest, DoctypeSettingsGiveNoDocumentType) {
+  for (const char* output :
+       {"<xsl:output method=\"html\" doctype-public=\"-//W3C//DTD HTML 4.01//EN\"/>",
+        "<xsl:output method=\"xml\" doctype-system=\"list.dtd\"/>"}) {
+    XslTemplate xsl = Compiled(Sheet(output + std::string(kCopyItems)));
+    XmlDocument result = xsl.Transform(Loaded("<r><item name=\"a\"/></r>"));
+    EXPECT_EQ(result.ChildNodes().Length(), 1) << output;
+    EXPECT_EQ(result.Xml(), "<list><entry name=\"a\"/></list>") << output;
+    EXPECT_EQ(xsl.TransformToText(Loaded("<r/>")), "<list/>") << output;
+  }
+}
+
+TEST(XmlXslTemplateTest, TransformToFileWritesTheResult) {
+  TempDir dir;
+  std::string xml_file = dir.File("out.xml");
+  Compiled(Sheet(kCopyItems)).TransformToFile(Loaded("<r><item name=\"a\">1</item></r>"), xml_file);
+  EXPECT_EQ(testing::ReadFile(xml_file), "<list><entry name=\"a\">1</entry></list>");
+  std::string text_file = dir.File("out.txt");
+  Compiled(Sheet("<xsl:output method=\"text\" encoding=\"ISO-8859-1\"/>"
+                 "<xsl:template match=\"/\">\xC3\xA9 &amp; &lt;</xsl:template>"))
+      .TransformToFile(Loaded("<r/>"), text_file);
+  EXPECT_EQ(testing::ReadFile(text_file), "\xC3\xA9 & <");
+}
+
+TEST(XmlXslTemplateTest, TransformToFileWritesNothingWhenTheTransformFails) {
+  TempDir dir;
+  std::string target = dir.File("out.xml");
+  XslTemplate xsl = Compiled(Sheet(
+      "<xsl:template match=\"/\"><xsl:message terminate=\"yes\">no</xsl:message></xsl:template>"));
+  EXPECT_RAISES(xsl.TransformToFile(Loaded("<r/>"), target), errnum::kXmlFailure, "no");
+  EXPECT_FALSE(std::filesystem::exists(target));
+  EXPECT_RAISES(Compiled(Sheet(kCopyItems)).TransformToFile(Loaded("<r/>"), dir.File("x/y.xml")),
+                errnum::kXmlPathNotFound, "The system cannot find the path specified.");
+}
+
+TEST(XmlXslTemplateTest, EndlessRecursionFailsTheTransform) {
+  XslTemplate xsl = Compiled(
+      Sheet("<xsl:template match=\"/\"><a><xsl:apply-templates select=\"/\"/></a></xsl:template>"));
+  EXPECT_RAISES(xsl.Transform(Loaded("<r/>")), errnum::kXmlFailure,
+                "xsltApplySequenceConstructor: A potential infinite template recursion was "
+                "detected.");
 }
 
 }  // namespace

@@ -1,0 +1,1 @@
+<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform" xmlns:exsl="http://exslt.org/common" extension-element-prefixes="exsl"><xsl:template match="/"><exsl:document href="written.txt" method="text">x</exsl:document><out><xsl:value-of select="document('out.xml')"/></out></xsl:template></xsl:stylesheet>
