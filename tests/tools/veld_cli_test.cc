@@ -332,5 +332,47 @@ TEST_F(VeldRegistryCliTest, WrongTypeIsAUsageError) {
   EXPECT_EQ(result.err.rfind("veld registry get: --type must be string, dword or binary\n", 0), 0u);
 }
 
+TEST_F(VeldCliTest, XmlTransformWritesTheResult) {
+  const std::string input =
+      dir_.Write("doc.xml", "<doc><item id='1'>one</item><item id='2'>two</item></doc>");
+  const std::string sheet =
+      dir_.Write("list.xsl",
+                 "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
+                 "<xsl:template match='/'><list><xsl:for-each select='//item'><li><xsl:value-of "
+                 "select='.'/></li></xsl:for-each></list></xsl:template></xsl:stylesheet>");
+  Result result = RunVeld({"xml", "transform", sheet, input});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out, "<list><li>one</li><li>two</li></list>\n");
+  const std::string out = dir_.File("out.xml");
+  EXPECT_EQ(RunVeld({"xml", "transform", sheet, input, out}).exit_code, 0);
+  EXPECT_EQ(testing::ReadFile(out), "<list><li>one</li><li>two</li></list>");
+}
+
+TEST_F(VeldCliTest, XmlExtractAndRemoveByXPath) {
+  const std::string input =
+      dir_.Write("doc.xml", "<doc><item id='1' kind='a'>one</item><item id='2'>two</item></doc>");
+  EXPECT_EQ(RunVeld({"xml", "extract", input, "//item[1]"}).out,
+            "<item id=\"1\" kind=\"a\">one</item>\n");
+  EXPECT_EQ(RunVeld({"xml", "extract", "--attributes", input, "//item[1]"}).out,
+            "id\t1\nkind\ta\n");
+  EXPECT_EQ(RunVeld({"xml", "remove", input, "//item[@id='2']"}).out,
+            "<doc><item id=\"1\" kind=\"a\">one</item></doc>\n");
+}
+
+TEST_F(VeldCliTest, XmlOfMalformedFileFailsWithTheLibrarysMessage) {
+  const std::string bad = dir_.Write("bad.xml", "<doc>");
+  Result result = RunVeld({"xml", "extract", bad, "/"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld xml extract: Failed to load data from file - " + bad + ".\n");
+}
+
+TEST_F(VeldCliTest, XmlTransformWithMissingSheetFails) {
+  const std::string input = dir_.Write("doc.xml", "<doc/>");
+  Result result = RunVeld({"xml", "transform", dir_.File("missing.xsl"), input});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err.rfind("veld xml transform: Failed to load XSL file - ", 0), 0u)
+      << result.err;
+}
+
 }  // namespace
 }  // namespace veld

@@ -9,6 +9,7 @@ namespace veld::cli {
 Group ItemsCommands();
 Group OptionsCommands();
 Group RegistryCommands();
+Group XmlCommands();
 
 // Runs the library's short self-check; 0 when every check passed.
 int SelfCheck();
