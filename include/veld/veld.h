@@ -44,6 +44,8 @@
 #include "veld/registry/registry_backend.h"
 
 // datasets: the dataset classes.
+#include "veld/datasets/kvo_dataset.h"
+#include "veld/datasets/kvo_dataset_o.h"
 
 // xmlhelper: the XML document helper and the progress notifier.
 #include "veld/xmlhelper/connection.h"

@@ -1,0 +1,6 @@
+# Dataset benchmarks. bench_dataset_gen writes dataset files; bench_dataset_phase
+# runs one measured phase per process (see its header comment);
+# dataset_compare.py runs them at 10k, 100k and 1M rows and prints each figure
+# next to its baseline from the same run.
+veld_benchmark(NAME bench_dataset_gen SRCS dataset_gen.cc)
+veld_benchmark(NAME bench_dataset_phase SRCS dataset_phase.cc)

@@ -1,0 +1,76 @@
+// Steps shared by the two dataset classes. Each may raise; the public
+// methods that call them record the failure.
+#ifndef VELD_DATASETS_DATASET_COMMON_H_
+#define VELD_DATASETS_DATASET_COMMON_H_
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <libxml/tree.h>
+
+#include "datasets/dataset_store.h"
+#include "veld/items/kvo_general_items.h"
+#include "veld/xml/xml_document.h"
+
+namespace veld::datasets_internal {
+
+// Raises the library's own check failure (number -1) with `message`.
+[[noreturn]] void Check(const std::string& message);
+
+// The node written out as text.
+std::string NodeText(xmlNodePtr node);
+
+// The "guid" of the root element of a data text; "" for a blank text or a
+// root without one. Raises "Failed to load data xml." for malformed text.
+std::string GetDataIDFromXml(const std::string& data_xml);
+
+// The data element with that ID, appended when missing. Raises "No data ID
+// specified." for an empty ID.
+xmlNodePtr EnsureDataElement(DatasetStore& store, const std::string& id);
+
+// Removes all element children of the data elements the ID selects.
+void RemoveDataChildren(DatasetStore& store, const std::string& id);
+
+// The rows of the data element `data_id` (first match) whose col named
+// `name` has the value `value`, both trimmed and escaped. Raises "Key column
+// name not specified." and "Specified data not found(ID).".
+std::vector<xmlNodePtr> KeyColRows(DatasetStore& store, const std::string& data_id,
+                                   const std::string& name, const std::string& value);
+
+// A new collection parsed from a row text; raises the parse message.
+std::shared_ptr<KvoGeneralItems> RowXmlToItems(const std::string& row_xml);
+
+// A text parsed on first use.
+class LazyDocument {
+ public:
+  explicit LazyDocument(const std::string& text) : text_(text) {}
+  // The parsed document, or nullptr when the text is malformed.
+  XmlDocument* Get();
+
+ private:
+  const std::string& text_;
+  bool tried_ = false;
+  bool ok_ = false;
+  XmlDocument doc_;
+};
+
+// The held document loaded from a whole dataset text or file, with its
+// content taken out of the tree (kept alive by `keep`) and a new empty
+// "dataset" root in its place.
+struct TakenSource {
+  // The nodes the data path selected, in document order.
+  std::vector<xmlNodePtr> nodes;
+  // One selected node lies inside another.
+  bool nested = false;
+  XmlNode keep;
+};
+// Raises `load_message` when the source does not load and the XPath error
+// for a bad path; `reset` is run first in both cases.
+TakenSource TakeSource(DatasetStore& store, const std::string& source, bool is_file,
+                       const std::string& data_xpath, const std::function<void()>& reset);
+
+}  // namespace veld::datasets_internal
+
+#endif  // VELD_DATASETS_DATASET_COMMON_H_
