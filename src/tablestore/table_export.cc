@@ -40,7 +40,7 @@ std::string ExportConnectionString(const std::string& sMDBFile, const std::strin
   return connection;
 }
 
-bool ExportRowsToTable(const TableExportRequest& request, int32_t row_count,
+bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count_rows,
                        const FetchRowCols& fetch_row, const ExportProgress& progress) {
   if (Trim(request.sDataID).empty() || Trim(request.sMDBFile).empty() ||
       Trim(request.sTableName).empty()) {
@@ -61,6 +61,7 @@ bool ExportRowsToTable(const TableExportRequest& request, int32_t row_count,
   fields.reserve(static_cast<size_t>(cursor->FieldCount()));
   for (int32_t f = 0; f < cursor->FieldCount(); ++f) fields.emplace_back(cursor->FieldName(f));
 
+  const int32_t row_count = std::max<int32_t>(0, count_rows());
   const int32_t step = std::max<int32_t>(1, row_count / 200);
   KvoGeneralItems cols;
   for (int32_t i = 1; i <= row_count; ++i) {

@@ -49,9 +49,11 @@ using ExportProgress =
 std::string ExportConnectionString(const std::string& sMDBFile, const std::string& sUID,
                                    const std::string& sPWD);
 
-// Runs the export of `row_count` rows. True when every row was written and
-// committed.
-bool ExportRowsToTable(const TableExportRequest& request, int32_t row_count,
+// The number of rows to export, asked once the table is open.
+using CountRows = std::function<int32_t()>;
+
+// Runs the export. True when every row was written and committed.
+bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count_rows,
                        const FetchRowCols& fetch_row, const ExportProgress& progress = nullptr);
 
 }  // namespace veld

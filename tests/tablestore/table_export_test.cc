@@ -61,7 +61,8 @@ class TableExportTest : public ::testing::Test {
               const std::string& table = "orders") {
     TableExportRequest request{"D1", path_, table, "", "", clear_first};
     return ExportRowsToTable(
-        request, static_cast<int32_t>(rows.size()), [&](int32_t index, KvoGeneralItems& cols) {
+        request, [&] { return static_cast<int32_t>(rows.size()); },
+        [&](int32_t index, KvoGeneralItems& cols) {
           std::string message;
           if (!cols.Parse(rows[static_cast<size_t>(index - 1)], false, "", &message)) {
             RaiseError(-1, message);
@@ -124,11 +125,11 @@ TEST_F(TableExportTest, TableNameHoldingClosingBracketFails) {
 
 TEST_F(TableExportTest, BlankArgumentsAreInvalid) {
   TableExportRequest request{" ", path_, "orders", "", "", false};
-  EXPECT_RAISES(ExportRowsToTable(request, 0, nullptr), -1, "Invalid parameter.");
+  EXPECT_RAISES(ExportRowsToTable(request, nullptr, nullptr), -1, "Invalid parameter.");
   request = {"D", "", "orders", "", "", false};
-  EXPECT_RAISES(ExportRowsToTable(request, 0, nullptr), -1, "Invalid parameter.");
+  EXPECT_RAISES(ExportRowsToTable(request, nullptr, nullptr), -1, "Invalid parameter.");
   request = {"D", path_, "  ", "", "", false};
-  EXPECT_RAISES(ExportRowsToTable(request, 0, nullptr), -1, "Invalid parameter.");
+  EXPECT_RAISES(ExportRowsToTable(request, nullptr, nullptr), -1, "Invalid parameter.");
 }
 
 TEST_F(TableExportTest, ValueFailingConversionInLastRowLeavesTableAsItWas) {
@@ -153,10 +154,12 @@ TEST_F(TableExportTest, ValueFailingConversionInLastRowLeavesTableAsItWas) {
 TEST_F(TableExportTest, RowThatCannotBeFetchedRollsBackAndReturnsFalse) {
   Exec("INSERT INTO orders (id) VALUES (9)");
   TableExportRequest request{"D", path_, "orders", "", "", true};
-  EXPECT_FALSE(ExportRowsToTable(request, 3, [](int32_t index, KvoGeneralItems& cols) {
-    cols.Add("id", std::to_string(index));
-    return index < 3;
-  }));
+  EXPECT_FALSE(ExportRowsToTable(
+      request, [] { return 3; },
+      [](int32_t index, KvoGeneralItems& cols) {
+        cols.Add("id", std::to_string(index));
+        return index < 3;
+      }));
   EXPECT_EQ(Orders(), (Rows{{"9", "<null>", "1", "<null>"}}));
 }
 
@@ -175,7 +178,7 @@ TEST_F(TableExportTest, ProgressIsToldAtMostAFewHundredTimesAndReachesTheEnd) {
   int32_t last = 0;
   TableExportRequest request{"D", path_, "orders", "", "", false};
   EXPECT_TRUE(ExportRowsToTable(
-      request, 1000,
+      request, [] { return 1000; },
       [&](int32_t index, KvoGeneralItems& cols) {
         return cols.Parse(rows[static_cast<size_t>(index - 1)]);
       },
@@ -239,9 +242,11 @@ TEST(TableExportHostTest, HostPlatformSuppliesTheStore) {
   TableExportRequest request{"D", "host:orders", "t", "me", "pw", false};
   std::vector<std::string> rows = {"<r><col name='CODE' value='A'/></r>",
                                    "<r><col name='qty' value='2'/></r>"};
-  EXPECT_TRUE(ExportRowsToTable(request, 2, [&](int32_t index, KvoGeneralItems& cols) {
-    return cols.Parse(rows[static_cast<size_t>(index - 1)]);
-  }));
+  EXPECT_TRUE(ExportRowsToTable(
+      request, [] { return 2; },
+      [&](int32_t index, KvoGeneralItems& cols) {
+        return cols.Parse(rows[static_cast<size_t>(index - 1)]);
+      }));
   EXPECT_EQ(host.connection_,
             "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=host:orders;User ID=me;Password=pw");
   EXPECT_EQ(host.committed_, (Rows{{"A", "<unset>"}, {"<unset>", "2"}}));

@@ -113,6 +113,22 @@ class VELD_EXPORT KvoDataset : public DocumentFrame {
                                                               const std::string& sKeyColName,
                                                               const std::string& sKeyColValue);
 
+  // --- Export ---
+
+  // Writes every row of the data element into an existing table, one record
+  // per row, each field set from the row's first col of the same name
+  // (compared in upper case) when that col's value is not empty. The
+  // database is named by `sMDBFile`: an SQLite file, or "odbc:" + a DSN (or a
+  // quoted ODBC connection string) with `sUID` and `sPWD` as user and
+  // password (see veld/tablestore/table_store.h). With `bClearFirst` the
+  // table is emptied first. All of it is one transaction: on any failure
+  // nothing is committed, the failure is recorded ("Invalid parameter.", the
+  // provider's message) and false is returned. A data element that does not
+  // exist exports nothing and returns true.
+  bool SaveDataToMDBTable(const std::string& sDataID, const std::string& sMDBFile,
+                          const std::string& sTableName, const std::string& sUID = "",
+                          const std::string& sPWD = "", bool bClearFirst = false);
+
  private:
   friend struct datasets_internal::Access;
 

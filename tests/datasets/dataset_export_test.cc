@@ -1,0 +1,151 @@
+// SaveDataToMDBTable of both dataset classes, into SQLite files made here.
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include "veld/datasets/kvo_dataset.h"
+#include "veld/datasets/kvo_dataset_o.h"
+
+#include "support/testing.h"
+
+namespace veld {
+namespace {
+
+using Rows = std::vector<std::vector<std::string>>;
+
+const char kOrders[] =
+    "<dataset><data guid=\"D1\">"
+    "<row guid=\"R1\"><col name=\"id\" value=\"1\"/><col name=\"amount\" value=\"2.5\"/>"
+    "<col name=\"AMOUNT\" value=\"9\"/><col name=\"qty\" value=\"\"/></row>"
+    "<row guid=\"R2\"><col name=\"ID\" value=\"2\"/><col name=\"note\" value=\"x\"/>"
+    "<col name=\"other\" value=\"ignored\"/></row>"
+    "</data><data guid=\"EMPTY\"/></dataset>";
+
+template <class Dataset>
+class DatasetExportTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    path_ = dir_.File("shop.db");
+    Exec(
+        "CREATE TABLE orders (id INTEGER, Amount NUMERIC(10,2), qty INTEGER DEFAULT 1, "
+        "note TEXT)");
+    ASSERT_TRUE(dataset_.Parse(kOrders)) << dataset_.GetLastError();
+  }
+
+  void Exec(const std::string& sql) {
+    sqlite3* db = nullptr;
+    sqlite3_open(path_.c_str(), &db);
+    char* error = nullptr;
+    if (sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
+      ADD_FAILURE() << sql << ": " << error;
+      sqlite3_free(error);
+    }
+    sqlite3_close(db);
+  }
+
+  Rows Orders() {
+    Rows rows;
+    sqlite3* db = nullptr;
+    sqlite3_open(path_.c_str(), &db);
+    sqlite3_stmt* statement = nullptr;
+    sqlite3_prepare_v2(db, "SELECT id, Amount, qty, note FROM orders ORDER BY id", -1, &statement,
+                       nullptr);
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+      std::vector<std::string> row;
+      for (int i = 0; i < 4; ++i) {
+        const unsigned char* text = sqlite3_column_text(statement, i);
+        row.push_back(text != nullptr ? reinterpret_cast<const char*>(text) : "<null>");
+      }
+      rows.push_back(row);
+    }
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    return rows;
+  }
+
+  testing::TempDir dir_;
+  std::string path_;
+  Dataset dataset_;
+};
+
+using DatasetClasses = ::testing::Types<KvoDatasetO, KvoDataset>;
+TYPED_TEST_SUITE(DatasetExportTest, DatasetClasses);
+
+TYPED_TEST(DatasetExportTest, RowsBecomeRecordsWithFieldsMatchedIgnoringCase) {
+  EXPECT_TRUE(this->dataset_.SaveDataToMDBTable("d1", this->path_, "orders"))
+      << this->dataset_.GetLastError();
+  // The first of two cols named alike wins; an empty col leaves the default;
+  // cols without a field are ignored.
+  EXPECT_EQ(this->Orders(), (Rows{{"1", "2.5", "1", "<null>"}, {"2", "<null>", "1", "x"}}));
+  EXPECT_EQ(this->dataset_.GetLastError(), "");
+}
+
+TYPED_TEST(DatasetExportTest, EmptyDataElementWithClearFirstEmptiesTheTable) {
+  this->Exec("INSERT INTO orders (id) VALUES (7)");
+  EXPECT_TRUE(this->dataset_.SaveDataToMDBTable("EMPTY", this->path_, "orders", "", "", true));
+  EXPECT_TRUE(this->Orders().empty());
+}
+
+TYPED_TEST(DatasetExportTest, MissingDataIdExportsNothingAndSucceeds) {
+  this->Exec("INSERT INTO orders (id) VALUES (7)");
+  EXPECT_TRUE(this->dataset_.SaveDataToMDBTable("NOSUCH", this->path_, "orders"));
+  EXPECT_EQ(this->Orders().size(), 1u);
+}
+
+TYPED_TEST(DatasetExportTest, TableNameWithClosingBracketFails) {
+  EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D1", this->path_, "ord]ers"));
+  EXPECT_EQ(this->dataset_.GetLastError(), "Syntax error in FROM clause.(ERR#: -2147217900)");
+}
+
+TYPED_TEST(DatasetExportTest, BlankArgumentsAreInvalid) {
+  EXPECT_FALSE(this->dataset_.SaveDataToMDBTable(" ", this->path_, "orders"));
+  EXPECT_EQ(this->dataset_.GetLastError(), "Invalid parameter.");
+  EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D1", "", "orders"));
+  EXPECT_EQ(this->dataset_.GetLastError(), "Invalid parameter.");
+  EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D1", this->path_, ""));
+  EXPECT_EQ(this->dataset_.GetLastError(), "Invalid parameter.");
+}
+
+TYPED_TEST(DatasetExportTest, UnknownTableIsRecordedWithTheProvidersMessage) {
+  EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D1", this->path_, "nosuch"));
+  EXPECT_EQ(this->dataset_.GetLastError(), "no such table: nosuch(ERR#: -2147217865)");
+}
+
+TYPED_TEST(DatasetExportTest, MissingDatabaseFileIsRecorded) {
+  const std::string missing = this->dir_.File("missing.db");
+  EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D1", missing, "orders"));
+  EXPECT_EQ(this->dataset_.GetLastError(), "Cannot open the database file '" + missing +
+                                               "': unable to open database file(ERR#: "
+                                               "-2147467259)");
+}
+
+TYPED_TEST(DatasetExportTest, UnknownDsnIsRecordedWithTheDriverManagersMessage) {
+  std::ofstream(this->dir_.File("odbc.ini")) << "";
+  ::setenv("ODBCINI", this->dir_.File("odbc.ini").c_str(), 1);
+  EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D1", "odbc:no_such_dsn_veld", "orders"));
+  EXPECT_NE(this->dataset_.GetLastError().find("Data source name not found"), std::string::npos)
+      << this->dataset_.GetLastError();
+}
+
+TYPED_TEST(DatasetExportTest, ValueFailingConversionInLastRowLeavesTheTableAsItWas) {
+  this->Exec("INSERT INTO orders (id, note) VALUES (9, 'kept')");
+  ASSERT_TRUE(this->dataset_.Parse(
+      "<dataset><data guid=\"D1\"><row guid=\"a\"><col name=\"id\" value=\"1\"/></row>"
+      "<row guid=\"b\"><col name=\"id\" value=\"2\"/><col name=\"qty\" value=\"lots\"/></row>"
+      "</data></dataset>"));
+  for (bool clear_first : {false, true}) {
+    EXPECT_FALSE(
+        this->dataset_.SaveDataToMDBTable("D1", this->path_, "orders", "", "", clear_first));
+    EXPECT_EQ(this->dataset_.GetLastError(),
+              "The value 'lots' cannot be converted to the type INTEGER of field 'qty'.(ERR#: "
+              "-2147217913)");
+    EXPECT_EQ(this->Orders(), (Rows{{"9", "<null>", "1", "kept"}}));
+  }
+}
+
+}  // namespace
+}  // namespace veld
