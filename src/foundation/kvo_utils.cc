@@ -1,5 +1,7 @@
 #include "veld/foundation/kvo_utils.h"
 
+#include <cstdio>
+
 #include "runtime/numeric.h"
 #include "veld/platform/platform.h"
 
@@ -8,22 +10,24 @@ namespace veld {
 std::string KvoUtils::KvoGenerateGUID(KvoGuidFormatEnum nFormat) {
   Guid guid;
   if (CurrentPlatform().CreateGuid(guid) != 0) return "";
-  auto hex = [this](const Variant& value, int16_t digits) {
-    return KvoNumberToHexStr(value, Variant(digits)).AsString();
-  };
-  // The fields are handed over with the signed types of the classic GUID
-  // structure's declaration, so that their two's complement gives the digits.
-  std::string part1 = hex(Variant(static_cast<int32_t>(guid.Data1)), 8);
-  std::string part2 = hex(Variant(static_cast<int16_t>(guid.Data2)), 4);
-  std::string part3 = hex(Variant(static_cast<int16_t>(guid.Data3)), 4);
-  std::string part4 = hex(Variant(guid.Data4[0]), 2) + hex(Variant(guid.Data4[1]), 2);
-  std::string part5;
-  for (int i = 2; i < 8; ++i) part5 += hex(Variant(guid.Data4[i]), 2);
+  // The same digits as KvoNumberToHexStr of each field with its classic
+  // signed type and width, written directly: row ids are made by the million.
+  char part1[9];
+  char part2[5];
+  char part3[5];
+  char part4[5];
+  char part5[13];
+  std::snprintf(part1, sizeof part1, "%08X", static_cast<unsigned>(guid.Data1));
+  std::snprintf(part2, sizeof part2, "%04X", static_cast<unsigned>(guid.Data2));
+  std::snprintf(part3, sizeof part3, "%04X", static_cast<unsigned>(guid.Data3));
+  std::snprintf(part4, sizeof part4, "%02X%02X", guid.Data4[0], guid.Data4[1]);
+  std::snprintf(part5, sizeof part5, "%02X%02X%02X%02X%02X%02X", guid.Data4[2], guid.Data4[3],
+                guid.Data4[4], guid.Data4[5], guid.Data4[6], guid.Data4[7]);
   switch (nFormat) {
     case KVO_GUID_FORMAT_GENERAL:
-      return "{" + part1 + "-" + part2 + "-" + part3 + "-" + part4 + "-" + part5 + "}";
+      return std::string("{") + part1 + "-" + part2 + "-" + part3 + "-" + part4 + "-" + part5 + "}";
     case Kvo_GUID_FORMAT_PUREDATA:
-      return part1 + part2 + part3 + part4 + part5;
+      return std::string(part1) + part2 + part3 + part4 + part5;
     default:
       return "";
   }

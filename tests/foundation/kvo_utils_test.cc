@@ -146,3 +146,39 @@ TEST(KvoGenerateGUIDTest, FailingGeneratorGivesEmptyText) {
 
 }  // namespace
 }  // namespace veld
+
+namespace veld {
+namespace {
+
+// The GUID text is the classic composition of KvoNumberToHexStr over the
+// fields with their signed types, for field values with and without the top
+// bit set.
+TEST(KvoGenerateGUIDTest, TextEqualsTheHexOfEachField) {
+  const Guid samples[] = {
+      {0x00000001, 0x0002, 0x0003, {0, 1, 2, 3, 4, 5, 6, 7}},
+      {0xFFFFFFFF, 0xFFFF, 0x8000, {0xFF, 0x80, 0x7F, 0x00, 0x10, 0xAB, 0xCD, 0xEF}},
+      {0x80000000, 0x7FFF, 0xABCD, {0x9A, 0x0B, 0xC0, 0xDE, 0xF0, 0x01, 0x23, 0x45}},
+  };
+  for (const Guid& sample : samples) {
+    FixedGuidPlatform platform;
+    platform.fixed = sample;
+    ScopedPlatform installed(platform);
+    KvoUtils utils;
+    auto hex = [&](const Variant& value, int16_t digits) {
+      return utils.KvoNumberToHexStr(value, Variant(digits)).AsString();
+    };
+    std::string expected = hex(Variant(static_cast<int32_t>(sample.Data1)), 8) + "-" +
+                           hex(Variant(static_cast<int16_t>(sample.Data2)), 4) + "-" +
+                           hex(Variant(static_cast<int16_t>(sample.Data3)), 4) + "-" +
+                           hex(Variant(sample.Data4[0]), 2) + hex(Variant(sample.Data4[1]), 2) +
+                           "-";
+    for (int i = 2; i < 8; ++i) expected += hex(Variant(sample.Data4[i]), 2);
+    EXPECT_EQ(utils.KvoGenerateGUID(KVO_GUID_FORMAT_GENERAL), "{" + expected + "}");
+    std::string pure = expected;
+    std::erase(pure, '-');
+    EXPECT_EQ(utils.KvoGenerateGUID(Kvo_GUID_FORMAT_PUREDATA), pure);
+  }
+}
+
+}  // namespace
+}  // namespace veld

@@ -1,9 +1,12 @@
 #include <cstdio>
+#include <cstring>
 #include <set>
 #include <string>
 
 #include <errno.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "platform/posix/posix_error.h"
 #include "veld/platform/platform.h"
@@ -127,6 +130,47 @@ TEST(PosixErrorTest, SystemErrorsMapToClassicFileErrors) {
 TEST(PosixErrorTest, RaisedWithTheClassicText) {
   EXPECT_RAISES(RaisePosixError(EACCES, "x"), 70, "Permission denied");
   EXPECT_RAISES(RaisePosixError(ENOSPC, "x"), 61, "Disk full");
+}
+
+}  // namespace
+}  // namespace veld
+
+namespace veld {
+namespace {
+
+TEST(PosixPlatformTest, GuidsAreRandomVersionFour) {
+  Platform& platform = Platform::Default();
+  for (int i = 0; i < 1000; ++i) {
+    Guid guid;
+    ASSERT_EQ(platform.CreateGuid(guid), 0);
+    EXPECT_EQ(guid.Data3 >> 12, 4);
+    EXPECT_EQ(guid.Data4[0] >> 6, 2);
+  }
+}
+
+TEST(PosixPlatformTest, ForkedChildMakesOtherGuidsThanItsParent) {
+  Platform& platform = Platform::Default();
+  Guid first;
+  ASSERT_EQ(platform.CreateGuid(first), 0);  // the parent's pool is filled
+  int channel[2];
+  ASSERT_EQ(pipe(channel), 0);
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    Guid guid;
+    platform.CreateGuid(guid);
+    _exit(write(channel[1], &guid, sizeof guid) == sizeof guid ? 0 : 1);
+  }
+  close(channel[1]);
+  Guid from_child;
+  const bool read_all = read(channel[0], &from_child, sizeof from_child) == sizeof from_child;
+  close(channel[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_TRUE(read_all);
+  Guid from_parent;
+  ASSERT_EQ(platform.CreateGuid(from_parent), 0);
+  EXPECT_NE(std::memcmp(&from_child, &from_parent, sizeof from_parent), 0);
 }
 
 }  // namespace

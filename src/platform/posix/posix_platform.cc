@@ -6,6 +6,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <uuid/uuid.h>
@@ -58,6 +59,38 @@ bool WriteAll(int fd, const char* data, size_t size) {
   return true;
 }
 
+// Random bytes for GUIDs from the kernel, fetched a few hundred GUIDs at a
+// time: one system call per GUID dominated the cost of making many row ids.
+// The buffer belongs to a thread and a process; a forked child refills its
+// own, so parent and child never hand out the same bytes.
+bool RandomBytes(uint8_t (&out)[16]) {
+  struct Pool {
+    uint8_t bytes[4096];
+    size_t used = sizeof bytes;
+    pid_t owner = 0;
+  };
+  thread_local Pool pool;
+  const pid_t pid = getpid();
+  if (pool.used + sizeof out > sizeof pool.bytes || pool.owner != pid) {
+    size_t filled = 0;
+    while (filled < sizeof pool.bytes) {
+      const ssize_t got = getrandom(pool.bytes + filled, sizeof pool.bytes - filled, 0);
+      if (got < 0) {
+        if (errno == EINTR) continue;
+        return false;
+      }
+      filled += static_cast<size_t>(got);
+    }
+    pool.used = 0;
+    pool.owner = pid;
+  }
+  std::memcpy(out, pool.bytes + pool.used, sizeof out);
+  // Bytes handed out are not kept.
+  std::memset(pool.bytes + pool.used, 0, sizeof out);
+  pool.used += sizeof out;
+  return true;
+}
+
 class PosixPlatform final : public Platform {
  public:
   bool FileExists(const std::string& path) override {
@@ -98,10 +131,17 @@ class PosixPlatform final : public Platform {
   }
 
   int32_t CreateGuid(Guid& guid) override {
-    uuid_t raw;
-    uuid_generate(raw);
-    // uuid_t is big-endian byte order; the classic layout keeps the first three
-    // fields as numbers.
+    uint8_t raw[16];
+    if (!RandomBytes(raw)) {
+      uuid_t generated;
+      uuid_generate(generated);
+      std::memcpy(raw, generated, sizeof raw);
+    }
+    // A random (version 4, RFC 4122 variant) GUID, as libuuid makes them.
+    raw[6] = static_cast<uint8_t>((raw[6] & 0x0F) | 0x40);
+    raw[8] = static_cast<uint8_t>((raw[8] & 0x3F) | 0x80);
+    // In the byte order of the text form; the classic layout keeps the first
+    // three fields as numbers.
     guid.Data1 = (uint32_t{raw[0]} << 24) | (uint32_t{raw[1]} << 16) | (uint32_t{raw[2]} << 8) |
                  uint32_t{raw[3]};
     guid.Data2 = static_cast<uint16_t>((raw[4] << 8) | raw[5]);
