@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -372,6 +373,68 @@ TEST_F(VeldCliTest, XmlTransformWithMissingSheetFails) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.err.rfind("veld xml transform: Failed to load XSL file - ", 0), 0u)
       << result.err;
+}
+
+const char kDataset[] =
+    "<dataset><data guid='orders'><row guid='a'><col name='code' value='A'/><col name='qty' "
+    "value='2'/></row><row guid='b'><col name='code' value='B'/><col name='qty' value='3'/>"
+    "</row></data><data guid='empty'/></dataset>";
+
+TEST_F(VeldCliTest, DatasetsSummaryRowsAndFind) {
+  const std::string file = dir_.Write("orders.xml", kDataset);
+  EXPECT_EQ(RunVeld({"datasets", "summary", file}).out, "orders\t2\nempty\t0\n");
+  EXPECT_EQ(RunVeld({"datasets", "rows", "--from", "2", file, "orders"}).out,
+            "<row guid=\"b\"><col name=\"code\" value=\"B\"/><col name=\"qty\" value=\"3\"/>"
+            "</row>\n");
+  EXPECT_EQ(RunVeld({"datasets", "find", file, "orders", "code", "A"}).out,
+            "<row guid=\"a\"><col name=\"code\" value=\"A\"/><col name=\"qty\" value=\"2\"/>"
+            "</row>\n");
+}
+
+TEST_F(VeldCliTest, DatasetsExportWritesTheRows) {
+  const std::string file = dir_.Write("orders.xml", kDataset);
+  const std::string db = dir_.File("shop.db");
+  sqlite3* handle = nullptr;
+  ASSERT_EQ(sqlite3_open(db.c_str(), &handle), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(handle, "CREATE TABLE orders (code VARCHAR(5), qty INTEGER)", nullptr,
+                         nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(handle);
+  Result result = RunVeld({"datasets", "export", "--clear", file, "orders", db, "orders"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  ASSERT_EQ(sqlite3_open(db.c_str(), &handle), SQLITE_OK);
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v2(handle, "SELECT code || ':' || qty FROM orders ORDER BY code", -1, &statement,
+                     nullptr);
+  std::string rows;
+  while (sqlite3_step(statement) == SQLITE_ROW) {
+    rows += reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
+    rows += ";";
+  }
+  sqlite3_finalize(statement);
+  sqlite3_close(handle);
+  EXPECT_EQ(rows, "A:2;B:3;");
+}
+
+TEST_F(VeldCliTest, DatasetsExportToTableThatDoesNotExistFails) {
+  const std::string file = dir_.Write("orders.xml", kDataset);
+  const std::string db = dir_.File("shop.db");
+  { std::ofstream touch(db); }
+  // An empty file is an SQLite database without tables.
+  Result result = RunVeld({"datasets", "export", file, "orders", db, "orders"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld datasets export: no such table: orders(ERR#: -2147217865)\n");
+}
+
+TEST_F(VeldCliTest, DatasetsOfMalformedFileOrUnknownDataFail) {
+  const std::string bad = dir_.Write("bad.xml", "<dataset><data>");
+  Result result = RunVeld({"datasets", "summary", bad});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err.rfind("veld datasets summary: ", 0), 0u);
+  const std::string file = dir_.Write("orders.xml", kDataset);
+  result = RunVeld({"datasets", "rows", file, "nosuch"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld datasets rows: no data element 'nosuch'\n");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 namespace veld::cli {
 
+Group DatasetsCommands();
 Group ItemsCommands();
 Group OptionsCommands();
 Group RegistryCommands();

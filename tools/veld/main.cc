@@ -42,6 +42,6 @@ int main(int argc, char** argv) {
   if (words.size() == 1 && words[0] == "self-check") return veld::cli::SelfCheck();
   const std::vector<veld::cli::Group> groups = {
       veld::cli::ItemsCommands(), veld::cli::OptionsCommands(), veld::cli::RegistryCommands(),
-      veld::cli::XmlCommands()};
+      veld::cli::DatasetsCommands(), veld::cli::XmlCommands()};
   return veld::cli::Run(groups, TopHelp(groups), words);
 }
