@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Sets up the machine, builds the veld tool in build/ and runs it: the
-# version, then the library's self-check. Fails when either fails.
+# version, the library's self-check, then the tour of examples/ (options,
+# the registry in a temporary SQLite store, datasets, an export into an
+# SQLite file, an XSL report). Fails when any of it fails.
 #
 # Environment: VELD_BUILD_DIR (tree location), VELD_JOBS, VELD_SKIP_SETUP=1.
 set -euo pipefail
@@ -20,3 +22,6 @@ echo "\$ veld --version"
 echo
 echo "\$ veld self-check"
 "$veld" self-check
+echo
+echo "\$ examples/tour.sh"
+"$VELD_ROOT/examples/tour.sh" "$veld"

@@ -21,7 +21,7 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   # Command-line tools and servers that tests drive: ODBC drivers for the
   # table-export conformance tests, a PostgreSQL server to run them against.
-  xsltproc sqlite3 unixodbc libsqliteodbc odbc-postgresql postgresql
+  xsltproc sqlite3 python3 unixodbc libsqliteodbc odbc-postgresql postgresql
   # The registry backend conformance suite, cross-built for Windows and run
   # under Wine (the posix thread model has the std::mutex GoogleTest needs).
   g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix wine64
