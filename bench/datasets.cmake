@@ -4,3 +4,6 @@
 # next to its baseline from the same run.
 veld_benchmark(NAME bench_dataset_gen SRCS dataset_gen.cc)
 veld_benchmark(NAME bench_dataset_phase SRCS dataset_phase.cc)
+
+# Export of a data element to a typed SQLite table against raw SQLite inserts.
+veld_benchmark(NAME export_bench SRCS export_bench.cc DEPS SQLite::SQLite3)
