@@ -5,6 +5,7 @@
 #define VELD_ITEMS_ITEMS_ELEMENT_H_
 
 #include <string>
+#include <vector>
 
 #include "veld/items/kvo_general_items.h"
 #include "veld/xml/xml_node.h"
@@ -16,6 +17,13 @@ namespace veld::items_internal {
 // returns false with the message in `sParseErrMsg`.
 bool ParseElement(KvoGeneralItems& items, const XmlNode& root, bool bNameAsKey,
                   const std::string& sItemTag, std::string* sParseErrMsg);
+
+// The names and values of the items Parse of root.Xml() with an empty item
+// tag and no keys would give, in order, without building the collection.
+// `names` and `values` are resized to the number of items; their strings keep
+// their buffers from call to call. Raises what such a Parse would report.
+void ReadNamesAndValues(const XmlNode& root, std::vector<std::string>& names,
+                        std::vector<std::string>& values);
 
 }  // namespace veld::items_internal
 

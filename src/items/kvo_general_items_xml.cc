@@ -258,6 +258,17 @@ bool ParseElement(KvoGeneralItems& items, const XmlNode& root, bool bNameAsKey,
   return parsed;
 }
 
+void ReadNamesAndValues(const XmlNode& root, std::vector<std::string>& names,
+                        std::vector<std::string>& values) {
+  const ItemElements elements = SelectItemElements(root, ItemTagFor(root, ""));
+  names.resize(elements.nodes.size());
+  values.resize(elements.nodes.size());
+  for (size_t i = 0; i < elements.nodes.size(); ++i) {
+    names[i] = Trim(AttributeOrText(elements.nodes[i], "name"));
+    values[i] = Trim(AttributeOrText(elements.nodes[i], "value"));
+  }
+}
+
 }  // namespace items_internal
 
 }  // namespace veld

@@ -40,6 +40,17 @@ std::string ExportConnectionString(const std::string& sMDBFile, const std::strin
   return connection;
 }
 
+void RowCols::Assign(const KvoGeneralItems& items) {
+  names.resize(static_cast<size_t>(items.Count()));
+  values.resize(names.size());
+  size_t i = 0;
+  for (const auto& item : items) {
+    names[i] = item->Name;
+    values[i] = item->Value;
+    ++i;
+  }
+}
+
 bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count_rows,
                        const FetchRowCols& fetch_row, const ExportProgress& progress) {
   if (Trim(request.sDataID).empty() || Trim(request.sMDBFile).empty() ||
@@ -63,7 +74,7 @@ bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count
 
   const int32_t row_count = std::max<int32_t>(0, count_rows());
   const int32_t step = std::max<int32_t>(1, row_count / 200);
-  KvoGeneralItems cols;
+  RowCols cols;
   for (int32_t i = 1; i <= row_count; ++i) {
     if (!fetch_row(i, cols)) {
       store->RollbackTrans();
@@ -72,14 +83,15 @@ bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count
     cursor->AddNew();
     for (size_t f = 0; f < fields.size(); ++f) {
       // GetItemValueByName(field name, ""): the first col of that name.
-      for (const auto& col : cols) {
-        if (!fields[f](col->Name)) continue;
-        if (!col->Value.empty()) cursor->SetFieldValue(static_cast<int32_t>(f), col->Value);
+      for (size_t c = 0; c < cols.names.size(); ++c) {
+        if (!fields[f](cols.names[c])) continue;
+        if (!cols.values[c].empty()) {
+          cursor->SetFieldValue(static_cast<int32_t>(f), cols.values[c]);
+        }
         break;
       }
     }
     cursor->Update();
-    cols.Reset();
     if (progress && (i % step == 0 || i == row_count)) {
       progress(row_count, i, "Exporting rows to " + request.sTableName);
     }

@@ -19,6 +19,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "veld/items/kvo_general_items.h"
 
@@ -33,10 +34,20 @@ struct TableExportRequest {
   bool bClearFirst = false;
 };
 
+// The cols of one row, in order: what Parse of the row's text gives, names
+// and values only. Reused from row to row.
+struct RowCols {
+  std::vector<std::string> names;
+  std::vector<std::string> values;
+
+  // Takes the names and values of a parsed collection.
+  void Assign(const KvoGeneralItems& items);
+};
+
 // Fills `cols` with row `index` (1-based) of the data element. Returns false
 // when the row cannot be fetched, after recording why; raises with the parse
 // error's message when the row's cols cannot be read.
-using FetchRowCols = std::function<bool(int32_t index, KvoGeneralItems& cols)>;
+using FetchRowCols = std::function<bool(int32_t index, RowCols& cols)>;
 
 // Told (total, current, status) now and then during the export; at most a
 // few hundred times per call.

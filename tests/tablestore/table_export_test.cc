@@ -62,11 +62,13 @@ class TableExportTest : public ::testing::Test {
     TableExportRequest request{"D1", path_, table, "", "", clear_first};
     return ExportRowsToTable(
         request, [&] { return static_cast<int32_t>(rows.size()); },
-        [&](int32_t index, KvoGeneralItems& cols) {
+        [&](int32_t index, RowCols& cols) {
+          KvoGeneralItems items;
           std::string message;
-          if (!cols.Parse(rows[static_cast<size_t>(index - 1)], false, "", &message)) {
+          if (!items.Parse(rows[static_cast<size_t>(index - 1)], false, "", &message)) {
             RaiseError(-1, message);
           }
+          cols.Assign(items);
           return true;
         });
   }
@@ -156,8 +158,9 @@ TEST_F(TableExportTest, RowThatCannotBeFetchedRollsBackAndReturnsFalse) {
   TableExportRequest request{"D", path_, "orders", "", "", true};
   EXPECT_FALSE(ExportRowsToTable(
       request, [] { return 3; },
-      [](int32_t index, KvoGeneralItems& cols) {
-        cols.Add("id", std::to_string(index));
+      [](int32_t index, RowCols& cols) {
+        cols.names = {"id"};
+        cols.values = {std::to_string(index)};
         return index < 3;
       }));
   EXPECT_EQ(Orders(), (Rows{{"9", "<null>", "1", "<null>"}}));
@@ -179,8 +182,11 @@ TEST_F(TableExportTest, ProgressIsToldAtMostAFewHundredTimesAndReachesTheEnd) {
   TableExportRequest request{"D", path_, "orders", "", "", false};
   EXPECT_TRUE(ExportRowsToTable(
       request, [] { return 1000; },
-      [&](int32_t index, KvoGeneralItems& cols) {
-        return cols.Parse(rows[static_cast<size_t>(index - 1)]);
+      [&](int32_t index, RowCols& cols) {
+        KvoGeneralItems items;
+        const bool parsed = items.Parse(rows[static_cast<size_t>(index - 1)]);
+        cols.Assign(items);
+        return parsed;
       },
       [&](int32_t total, int32_t current, const std::string& status) {
         ++calls;
@@ -244,8 +250,11 @@ TEST(TableExportHostTest, HostPlatformSuppliesTheStore) {
                                    "<r><col name='qty' value='2'/></r>"};
   EXPECT_TRUE(ExportRowsToTable(
       request, [] { return 2; },
-      [&](int32_t index, KvoGeneralItems& cols) {
-        return cols.Parse(rows[static_cast<size_t>(index - 1)]);
+      [&](int32_t index, RowCols& cols) {
+        KvoGeneralItems items;
+        const bool parsed = items.Parse(rows[static_cast<size_t>(index - 1)]);
+        cols.Assign(items);
+        return parsed;
       }));
   EXPECT_EQ(host.connection_,
             "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=host:orders;User ID=me;Password=pw");
