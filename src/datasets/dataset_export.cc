@@ -8,6 +8,7 @@
 #include "veld/datasets/kvo_dataset.h"
 #include "veld/datasets/kvo_dataset_o.h"
 #include "veld/items/kvo_general_items.h"
+#include "veld/xmlhelper/kvo_progress_updater.h"
 
 #include "tablestore/table_export.h"
 
@@ -42,6 +43,14 @@ bool HasForeignContent(datasets_internal::DatasetStore& store) {
   return root != nullptr && datasets_internal::ScanSubtree(root, "row").foreign;
 }
 
+// Passes the export's progress to the attached notifier, if any.
+ExportProgress TellTo(const std::shared_ptr<KvoProgressUpdater>& updater) {
+  if (!updater) return nullptr;
+  return [updater](int32_t total, int32_t current, const std::string& status) {
+    updater->ProgressChangeNotify(total, current, status);
+  };
+}
+
 }  // namespace
 
 bool KvoDatasetO::SaveDataToMDBTable(const std::string& sDataID, const std::string& sMDBFile,
@@ -69,7 +78,8 @@ bool KvoDatasetO::SaveDataToMDBTable(const std::string& sDataID, const std::stri
           if (!GetDataRowByIndex(sDataID, index, row_xml)) return false;
           ParseRow(row_xml, cols);
           return true;
-        });
+        },
+        TellTo(progress_));
   });
   return result;
 }
@@ -93,7 +103,8 @@ bool KvoDataset::SaveDataToMDBTable(const std::string& sDataID, const std::strin
           if (!GetDataRow(sDataID, index, row_xml)) return false;
           ParseRow(row_xml, cols);
           return true;
-        });
+        },
+        TellTo(progress_));
   });
   return result;
 }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "datasets/dataset_common.h"
+#include "datasets/dataset_progress.h"
 #include "datasets/dataset_store.h"
 #include "foundation/frame_settings.h"
 #include "foundation/this_utils.h"
@@ -61,6 +62,10 @@ KvoDataset::KvoDataset()
 
 KvoDataset::~KvoDataset() = default;
 
+void KvoDataset::SetProgressUpdater(std::shared_ptr<KvoProgressUpdater> cUpdater) {
+  progress_ = std::move(cUpdater);
+}
+
 void KvoDataset::Reset() {
   DocumentFrame::Reset();
   if (store_) store_->Forget();
@@ -75,6 +80,8 @@ bool KvoDataset::LoadDataset(const std::string& source, bool is_file,
     Reset();
     di::TakenSource taken =
         di::TakeSource(*store_, source, is_file, data_xpath, [this] { Reset(); });
+    di::ProgressSteps progress(progress_.get(), progress_ ? di::CountRows(taken.nodes) : 0,
+                               "Reading rows");
     for (xmlNodePtr node : taken.nodes) {
       bool plain = false;
       std::vector<xmlNodePtr> rows;
@@ -87,7 +94,9 @@ bool KvoDataset::LoadDataset(const std::string& source, bool is_file,
         plain = !facts.foreign && !facts.blank_text && !nested;
       }
       if (!plain) {
+        const int64_t row_count = progress_ ? di::CountRows({node}) : 0;
         if (!AddData("", NodeText(node))) return;
+        progress.Advance(row_count);
         continue;
       }
       // AddData with an empty ID and the element's text, read from the element.
@@ -97,8 +106,12 @@ bool KvoDataset::LoadDataset(const std::string& source, bool is_file,
       std::vector<xmlNodePtr> found = store_->SelectData(id);
       if (found.empty()) Check(di::kDataElementNotFound + id);
       for (xmlNodePtr data : found) store_->RemoveElementChildren(data);
-      for (xmlNodePtr row : rows) store_->InsertChild(found.front(), row, nullptr);
+      for (xmlNodePtr row : rows) {
+        store_->InsertChild(found.front(), row, nullptr);
+        progress.Advance(1);
+      }
     }
+    progress.Finish();
     result = true;
   });
   return result;

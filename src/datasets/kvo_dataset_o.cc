@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "datasets/dataset_common.h"
+#include "datasets/dataset_progress.h"
 #include "datasets/dataset_store.h"
 #include "foundation/frame_settings.h"
 #include "foundation/this_utils.h"
@@ -110,8 +111,9 @@ bool IsPlainRow(xmlNodePtr row) {
 // rows directly. False when a call fails (its failure is then recorded).
 bool AddRowsFromNodes(KvoDatasetO& self, DatasetStore& store, const std::string& data_id,
                       const std::vector<xmlNodePtr>& rows, const std::string& guid_col,
-                      bool known_plain = false) {
+                      bool known_plain = false, di::ProgressSteps* progress = nullptr) {
   for (xmlNodePtr row : rows) {
+    if (progress != nullptr) progress->Advance(1);
     if (!known_plain && !IsPlainRow(row)) {
       if (!self.AddDataRow(data_id, "", NodeText(row), guid_col)) return false;
       continue;
@@ -134,7 +136,7 @@ bool AddRowsFromNodes(KvoDatasetO& self, DatasetStore& store, const std::string&
 // AddData with an empty ID and the text of `data`, read from the element,
 // whose subtree holds no namespaces, entity references or blank text.
 bool AddDataFromNode(KvoDatasetO& self, DatasetStore& store, xmlNodePtr data,
-                     const di::SubtreeFacts& facts) {
+                     const di::SubtreeFacts& facts, di::ProgressSteps& progress) {
   std::string id = DatasetStore::GuidOf(data);
   if (id.empty()) id = NewGuidText(Kvo_GUID_FORMAT_PUREDATA);
   di::EnsureDataElement(store, id);
@@ -142,7 +144,7 @@ bool AddDataFromNode(KvoDatasetO& self, DatasetStore& store, xmlNodePtr data,
   std::vector<xmlNodePtr> rows;
   bool nested = false;
   di::CollectMarkedRowsOf(data, rows, nested, !facts.nested);
-  return AddRowsFromNodes(self, store, id, rows, "", !facts.row_in_row);
+  return AddRowsFromNodes(self, store, id, rows, "", !facts.row_in_row, &progress);
 }
 
 }  // namespace
@@ -151,6 +153,10 @@ KvoDatasetO::KvoDatasetO()
     : DocumentFrame(kDatasetOFrame), store_(std::make_unique<DatasetStore>(m_cXmlDom)) {}
 
 KvoDatasetO::~KvoDatasetO() = default;
+
+void KvoDatasetO::SetProgressUpdater(std::shared_ptr<KvoProgressUpdater> cUpdater) {
+  progress_ = std::move(cUpdater);
+}
 
 void KvoDatasetO::Reset() {
   DocumentFrame::Reset();
@@ -166,18 +172,23 @@ bool KvoDatasetO::LoadDataset(const std::string& source, bool is_file,
     Reset();
     di::TakenSource taken =
         di::TakeSource(*store_, source, is_file, data_xpath, [this] { Reset(); });
+    di::ProgressSteps progress(progress_.get(), progress_ ? di::CountRows(taken.nodes) : 0,
+                               "Reading rows");
     for (xmlNodePtr node : taken.nodes) {
       bool added;
       di::SubtreeFacts facts;
       if (node->type == XML_ELEMENT_NODE) facts = di::ScanSubtree(node, "data");
       if (!taken.nested && node->type == XML_ELEMENT_NODE && !facts.foreign && !facts.blank_text) {
-        added = AddDataFromNode(*this, *store_, node, facts);
+        added = AddDataFromNode(*this, *store_, node, facts, progress);
       } else {
+        const int64_t rows = progress_ ? di::CountRows({node}) : 0;
         // The row ID column of Parse is deliberately not passed on.
         added = AddData("", NodeText(node), "");
+        progress.Advance(rows);
       }
       if (!added) return;
     }
+    progress.Finish();
     result = true;
   });
   return result;

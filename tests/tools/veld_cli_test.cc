@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <pty.h>
 #include <spawn.h>
 #include <sqlite3.h>
 #include <sys/wait.h>
@@ -435,6 +436,58 @@ TEST_F(VeldCliTest, DatasetsOfMalformedFileOrUnknownDataFail) {
   result = RunVeld({"datasets", "rows", file, "nosuch"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.err, "veld datasets rows: no data element 'nosuch'\n");
+}
+
+// Runs the tool with standard output and error on a pseudo-terminal and
+// returns what it wrote there.
+std::string RunVeldOnTerminal(const std::vector<std::string>& args) {
+  std::vector<std::string> words = {VELD_CLI_PATH};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  int terminal = -1;
+  const pid_t pid = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (pid < 0) return "";
+  if (pid == 0) {
+    execv(VELD_CLI_PATH, argv.data());
+    _exit(127);
+  }
+  std::string output;
+  char buffer[4096];
+  for (;;) {
+    const ssize_t n = read(terminal, buffer, sizeof buffer);
+    if (n <= 0) break;  // EIO once the child has closed the terminal
+    output.append(buffer, static_cast<size_t>(n));
+  }
+  close(terminal);
+  int status = 0;
+  waitpid(pid, &status, 0);
+  return output;
+}
+
+TEST_F(VeldCliTest, ExportDrawsProgressOnATerminalOnly) {
+  std::string dataset = "<dataset><data guid='d'>";
+  for (int i = 0; i < 2000; ++i) {
+    dataset += "<row><col name='n' value='" + std::to_string(i) + "'/></row>";
+  }
+  dataset += "</data></dataset>";
+  const std::string file = dir_.Write("big.xml", dataset);
+  const std::string db = dir_.File("t.db");
+  sqlite3* handle = nullptr;
+  ASSERT_EQ(sqlite3_open(db.c_str(), &handle), SQLITE_OK);
+  sqlite3_exec(handle, "CREATE TABLE t (n INTEGER)", nullptr, nullptr, nullptr);
+  sqlite3_close(handle);
+
+  const std::string drawn = RunVeldOnTerminal({"datasets", "export", file, "d", db, "t"});
+  EXPECT_NE(drawn.find("\r[##############################] 100% Reading rows"), std::string::npos)
+      << drawn;
+  EXPECT_NE(drawn.find("100% Exporting rows to t"), std::string::npos) << drawn;
+
+  Result piped = RunVeld({"datasets", "export", "--clear", file, "d", db, "t"});
+  EXPECT_EQ(piped.exit_code, 0) << piped.err;
+  EXPECT_EQ(piped.err, "");
+  EXPECT_EQ(piped.out, "");
 }
 
 }  // namespace

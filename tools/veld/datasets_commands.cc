@@ -1,11 +1,14 @@
 // veld datasets: dataset documents (dataset > data[@guid] > row > col[@name,
 // @value]) read by position, searched by key column, exported to tables.
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "veld/datasets/kvo_dataset.h"
+#include "veld/xmlhelper/kvo_progress_updater.h"
 
 #include "commands.h"
+#include "progress_bar.h"
 
 namespace veld::cli {
 
@@ -13,8 +16,34 @@ namespace {
 
 [[noreturn]] void Fail(KvoDataset& dataset) { throw Failure(dataset.GetLastError()); }
 
+// Draws the dataset's progress events on standard error, when that is a
+// terminal; otherwise attaches nothing.
+class DatasetProgress {
+ public:
+  explicit DatasetProgress(KvoDataset& dataset) {
+    if (!bar_.Enabled()) return;
+    updater_ = std::make_shared<KvoProgressUpdater>();
+    connection_ =
+        updater_->Connect([this](int32_t total, int32_t current, const std::string& status) {
+          bar_.Update(total, current, status);
+        });
+    dataset.SetProgressUpdater(updater_);
+  }
+  // Ends the current bar, so that the next phase starts a line of its own.
+  void EndPhase() { bar_.Finish(); }
+
+ private:
+  ProgressBar bar_;
+  std::shared_ptr<KvoProgressUpdater> updater_;
+  Connection connection_;
+};
+
 void Load(KvoDataset& dataset, const std::string& file) {
-  if (!dataset.ParseFile(file)) Fail(dataset);
+  DatasetProgress progress(dataset);
+  const bool loaded = dataset.ParseFile(file);
+  progress.EndPhase();
+  dataset.SetProgressUpdater(nullptr);
+  if (!loaded) Fail(dataset);
 }
 
 int32_t RowCount(KvoDataset& dataset, const std::string& data_id) {
@@ -82,10 +111,12 @@ int Export(const Args& args) {
   KvoDataset dataset;
   Load(dataset, args.At(0));
   RowCount(dataset, args.At(1));
-  if (!dataset.SaveDataToMDBTable(args.At(1), args.At(2), args.At(3), args.Get("user"),
-                                  args.Get("password"), args.Has("clear"))) {
-    Fail(dataset);
-  }
+  DatasetProgress progress(dataset);
+  const bool exported =
+      dataset.SaveDataToMDBTable(args.At(1), args.At(2), args.At(3), args.Get("user"),
+                                 args.Get("password"), args.Has("clear"));
+  progress.EndPhase();
+  if (!exported) Fail(dataset);
   return kExitOk;
 }
 

@@ -17,6 +17,7 @@ class ProgressBar {
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
+  bool Enabled() const { return enabled_; }
   void Update(int32_t total, int32_t current, const std::string& status);
   // Ends the bar's line, once.
   void Finish();

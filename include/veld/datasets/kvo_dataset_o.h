@@ -44,6 +44,8 @@
 
 namespace veld {
 
+class KvoProgressUpdater;
+
 namespace datasets_internal {
 class DatasetStore;
 struct Access;
@@ -200,12 +202,22 @@ class VELD_EXPORT KvoDatasetO : public DocumentFrame {
                           const std::string& sTableName, const std::string& sUID = "",
                           const std::string& sPWD = "", bool bClearFirst = false);
 
+  // --- Progress ---
+
+  // Attaches a progress notifier (nullptr detaches). While Parse, ParseFile
+  // and SaveDataToMDBTable work through rows it raises ProgressChanged(total,
+  // current, status), about two hundred times per call at most and once at
+  // the end; the results are the same with or without it. A listener that
+  // throws stops the call, which then fails with the listener's error.
+  void SetProgressUpdater(std::shared_ptr<KvoProgressUpdater> cUpdater);
+
  private:
   friend struct datasets_internal::Access;
 
   bool LoadDataset(const std::string& source, bool is_file, const std::string& data_xpath);
 
   std::unique_ptr<datasets_internal::DatasetStore> store_;
+  std::shared_ptr<KvoProgressUpdater> progress_;
 };
 
 }  // namespace veld
