@@ -9,8 +9,7 @@ namespace veld {
 namespace {
 
 [[noreturn]] void RaiseBadFormat() {
-  RaiseError(errnum::kDbFailure,
-             "Format of the initialization string does not conform to the OLE DB specification.");
+  RaiseError(errnum::kDbFailure, "Format of the initialization string is not valid.");
 }
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }

@@ -17,9 +17,9 @@ namespace veld {
 
 class ConnectionString {
  public:
-  // Raises -2147467259 "Format of the initialization string does not
-  // conform to the OLE DB specification." for a pair without "=", a key that
-  // is empty, or a quoted value with text after its closing quote.
+  // Raises -2147467259 "Format of the initialization string is not valid."
+  // for a pair without "=", a key that is empty, or a quoted value with text
+  // after its closing quote.
   static ConnectionString Parse(std::string_view text);
 
   // The value of `key`, or nullopt when the string does not set it.

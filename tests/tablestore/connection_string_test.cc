@@ -7,8 +7,7 @@
 namespace veld {
 namespace {
 
-constexpr const char* kBadFormat =
-    "Format of the initialization string does not conform to the OLE DB specification.";
+constexpr const char* kBadFormat = "Format of the initialization string is not valid.";
 
 TEST(ConnectionStringTest, ReadsTheExportTemplate) {
   auto settings = ConnectionString::Parse(
