@@ -45,6 +45,7 @@
 
 // datasets: the dataset classes.
 #include "veld/datasets/kvo_dataset.h"
+#include "veld/datasets/kvo_dataset_base.h"
 #include "veld/datasets/kvo_dataset_o.h"
 
 // xmlhelper: the XML document helper and the progress notifier.

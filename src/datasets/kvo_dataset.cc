@@ -57,19 +57,9 @@ void PlaceRow(DatasetStore& store, xmlNodePtr data, XmlDocument& text, xmlNodePt
 
 }  // namespace
 
-KvoDataset::KvoDataset()
-    : DocumentFrame(kDatasetFrame), store_(std::make_unique<DatasetStore>(m_cXmlDom)) {}
+KvoDataset::KvoDataset() : KvoDatasetBase(kDatasetFrame) {}
 
 KvoDataset::~KvoDataset() = default;
-
-void KvoDataset::SetProgressUpdater(std::shared_ptr<KvoProgressUpdater> cUpdater) {
-  progress_ = std::move(cUpdater);
-}
-
-void KvoDataset::Reset() {
-  DocumentFrame::Reset();
-  if (store_) store_->Forget();
-}
 
 // --- Whole documents ---
 
@@ -125,25 +115,6 @@ bool KvoDataset::ParseFile(const std::string& sDatasetFile, const std::string& s
   return LoadDataset(sDatasetFile, true, sDataXPath);
 }
 
-bool KvoDataset::Save(std::string& sDatasetXml) {
-  bool result = false;
-  Recorded([&] {
-    sDatasetXml.clear();
-    sDatasetXml = m_cXmlDom.Xml();
-    result = true;
-  });
-  return result;
-}
-
-bool KvoDataset::SaveToFile(const std::string& sFile) {
-  bool result = false;
-  Recorded([&] {
-    m_cXmlDom.Save(sFile);
-    result = true;
-  });
-  return result;
-}
-
 // --- Data elements ---
 
 bool KvoDataset::AddData(const std::string& sDataID, const std::string& sDataXml) {
@@ -154,30 +125,6 @@ bool KvoDataset::AddData(const std::string& sDataID, const std::string& sDataXml
     if (id.empty()) id = NewGuidText(Kvo_GUID_FORMAT_PUREDATA);
     if (di::EnsureDataElement(*store_, id) == nullptr) return;
     if (!sDataXml.empty() && !UpdateData(id, sDataXml)) return;
-    result = true;
-  });
-  return result;
-}
-
-bool KvoDataset::ExistData(const std::string& sDataID) {
-  bool result = false;
-  Recorded([&] { result = store_->HasDataId(sDataID); });
-  return result;
-}
-
-std::string KvoDataset::GetExactDataID(const std::string& sCaseInSensitiveDataID) {
-  std::string result;
-  Recorded([&] { result = store_->ExactDataId(sCaseInSensitiveDataID); });
-  return result;
-}
-
-bool KvoDataset::GetData(const std::string& sDataID, std::string& sDataXml) {
-  bool result = false;
-  Recorded([&] {
-    sDataXml.clear();
-    xmlNodePtr data = store_->FirstData(sDataID);
-    if (data == nullptr) Check(di::kDataIdNotFound);
-    sDataXml = NodeText(data);
     result = true;
   });
   return result;
@@ -196,64 +143,6 @@ bool KvoDataset::UpdateData(const std::string& sDataID, const std::string& sData
     di::CollectMarkedRows(xi::LibxmlDoc(text)->children, false, rows, nested);
     AppendRows(*store_, found.front(), rows, nested, text);
     result = true;
-  });
-  return result;
-}
-
-bool KvoDataset::DeleteData(const std::string& sDataID) {
-  bool result = false;
-  Recorded([&] {
-    DatasetStore::DataRef ref = store_->ResolveData(sDataID);
-    if (ref.indexed) {
-      for (xmlNodePtr data : ref.matches) store_->Remove(data);
-    } else {
-      store_->RemoveSelected(ref.xpath);
-    }
-    result = true;
-  });
-  return result;
-}
-
-bool KvoDataset::GetDataID(int32_t nDataIndex, std::string& sDataID) {
-  bool result = false;
-  Recorded([&] {
-    sDataID.clear();
-    if (nDataIndex < 1) Check(di::InvalidDataIndex(nDataIndex));
-    xmlNodePtr data = store_->DataAt(nDataIndex);
-    if (data == nullptr) Check(di::DataIndexOutOfBoundary(nDataIndex));
-    sDataID = DatasetStore::GuidOf(data);
-    result = true;
-  });
-  return result;
-}
-
-int32_t KvoDataset::GetDataCount() {
-  int32_t result = -1;
-  Recorded([&] { result = store_->DataCount(); });
-  return result;
-}
-
-bool KvoDataset::GetDataByIndex(int32_t nDataIndex, std::string& sDataXml) {
-  bool result = false;
-  Recorded([&] {
-    std::string id;
-    if (!GetDataID(nDataIndex, id)) {
-      sDataXml.clear();
-      return;
-    }
-    result = GetData(id, sDataXml);
-  });
-  return result;
-}
-
-bool KvoDataset::DeleteDataByIndex(int32_t nDataIndex) {
-  bool result = false;
-  Recorded([&] {
-    std::string id;
-    if (!GetDataID(nDataIndex, id)) {
-      return;
-    }
-    result = DeleteData(id);
   });
   return result;
 }

@@ -149,19 +149,9 @@ bool AddDataFromNode(KvoDatasetO& self, DatasetStore& store, xmlNodePtr data,
 
 }  // namespace
 
-KvoDatasetO::KvoDatasetO()
-    : DocumentFrame(kDatasetOFrame), store_(std::make_unique<DatasetStore>(m_cXmlDom)) {}
+KvoDatasetO::KvoDatasetO() : KvoDatasetBase(kDatasetOFrame) {}
 
 KvoDatasetO::~KvoDatasetO() = default;
-
-void KvoDatasetO::SetProgressUpdater(std::shared_ptr<KvoProgressUpdater> cUpdater) {
-  progress_ = std::move(cUpdater);
-}
-
-void KvoDatasetO::Reset() {
-  DocumentFrame::Reset();
-  if (store_) store_->Forget();
-}
 
 // --- Whole documents ---
 
@@ -204,25 +194,6 @@ bool KvoDatasetO::ParseFile(const std::string& sDatasetFile, const std::string& 
   return LoadDataset(sDatasetFile, true, sDataXPath);
 }
 
-bool KvoDatasetO::Save(std::string& sDatasetXml) {
-  bool result = false;
-  Recorded([&] {
-    sDatasetXml.clear();
-    sDatasetXml = m_cXmlDom.Xml();
-    result = true;
-  });
-  return result;
-}
-
-bool KvoDatasetO::SaveToFile(const std::string& sFile) {
-  bool result = false;
-  Recorded([&] {
-    m_cXmlDom.Save(sFile);
-    result = true;
-  });
-  return result;
-}
-
 // --- Data elements ---
 
 bool KvoDatasetO::AddData(const std::string& sDataID, const std::string& sDataXml,
@@ -241,30 +212,6 @@ bool KvoDatasetO::AddData(const std::string& sDataID, const std::string& sDataXm
   return result;
 }
 
-bool KvoDatasetO::ExistData(const std::string& sDataID) {
-  bool result = false;
-  Recorded([&] { result = store_->HasDataId(sDataID); });
-  return result;
-}
-
-std::string KvoDatasetO::GetExactDataID(const std::string& sCaseInSensitiveDataID) {
-  std::string result;
-  Recorded([&] { result = store_->ExactDataId(sCaseInSensitiveDataID); });
-  return result;
-}
-
-bool KvoDatasetO::GetData(const std::string& sDataID, std::string& sDataXml) {
-  bool result = false;
-  Recorded([&] {
-    sDataXml.clear();
-    xmlNodePtr data = store_->FirstData(sDataID);
-    if (data == nullptr) Check(di::kDataIdNotFound);
-    sDataXml = NodeText(data);
-    result = true;
-  });
-  return result;
-}
-
 bool KvoDatasetO::UpdateData(const std::string& sDataID, const std::string& sDataXml,
                              const std::string& sRowGUIDCol) {
   bool result = false;
@@ -277,64 +224,6 @@ bool KvoDatasetO::UpdateData(const std::string& sDataID, const std::string& sDat
     di::CollectMarkedRows(xi::LibxmlDoc(text)->children, false, rows, nested);
     if (!AddRowsFromNodes(*this, *store_, sDataID, rows, sRowGUIDCol)) return;
     result = true;
-  });
-  return result;
-}
-
-bool KvoDatasetO::DeleteData(const std::string& sDataID) {
-  bool result = false;
-  Recorded([&] {
-    DatasetStore::DataRef ref = store_->ResolveData(sDataID);
-    if (ref.indexed) {
-      for (xmlNodePtr data : ref.matches) store_->Remove(data);
-    } else {
-      store_->RemoveSelected(ref.xpath);
-    }
-    result = true;
-  });
-  return result;
-}
-
-bool KvoDatasetO::GetDataID(int32_t nDataIndex, std::string& sDataID) {
-  bool result = false;
-  Recorded([&] {
-    sDataID.clear();
-    if (nDataIndex < 1) Check(di::InvalidDataIndex(nDataIndex));
-    xmlNodePtr data = store_->DataAt(nDataIndex);
-    if (data == nullptr) Check(di::DataIndexOutOfBoundary(nDataIndex));
-    sDataID = DatasetStore::GuidOf(data);
-    result = true;
-  });
-  return result;
-}
-
-int32_t KvoDatasetO::GetDataCount() {
-  int32_t result = -1;
-  Recorded([&] { result = store_->DataCount(); });
-  return result;
-}
-
-bool KvoDatasetO::GetDataByIndex(int32_t nDataIndex, std::string& sDataXml) {
-  bool result = false;
-  Recorded([&] {
-    std::string id;
-    if (!GetDataID(nDataIndex, id)) {
-      sDataXml.clear();
-      return;
-    }
-    result = GetData(id, sDataXml);
-  });
-  return result;
-}
-
-bool KvoDatasetO::DeleteDataByIndex(int32_t nDataIndex) {
-  bool result = false;
-  Recorded([&] {
-    std::string id;
-    if (!GetDataID(nDataIndex, id)) {
-      return;
-    }
-    result = DeleteData(id);
   });
   return result;
 }

@@ -20,54 +20,39 @@
 #include <string>
 #include <vector>
 
+#include "veld/datasets/kvo_dataset_base.h"
 #include "veld/export.h"
-#include "veld/foundation/worker_frame.h"
 #include "veld/items/kvo_general_items.h"
 
 namespace veld {
 
-class KvoProgressUpdater;
-
 namespace datasets_internal {
-class DatasetStore;
 struct Access;
 }  // namespace datasets_internal
 
-class VELD_EXPORT KvoDataset : public DocumentFrame {
+class VELD_EXPORT KvoDataset : public KvoDatasetBase {
  public:
-  // A new object holds an empty "dataset" root and no error.
+  // A new object holds an empty "dataset" root and no error. Reset, Save,
+  // SaveToFile, the shared data-element members and SetProgressUpdater come
+  // from KvoDatasetBase.
   KvoDataset();
   ~KvoDataset();
-
-  // Replaces the document with one holding an empty "dataset" root and clears
-  // the last error.
-  void Reset();
 
   // --- Whole documents (as KvoDatasetO, without row ID column) ---
 
   bool Parse(const std::string& sDatasetXml, const std::string& sDataXPath = "//data");
   bool ParseFile(const std::string& sDatasetFile, const std::string& sDataXPath = "//data");
-  bool Save(std::string& sDatasetXml);
-  bool SaveToFile(const std::string& sFile);
 
   // --- Data elements ---
 
   // As KvoDatasetO::AddData: ID from `sDataID` trimmed, the text's root
   // "guid" or a new GUID; rows filled by UpdateData when a text is given.
   bool AddData(const std::string& sDataID = "", const std::string& sDataXml = "");
-  bool ExistData(const std::string& sDataID);
-  std::string GetExactDataID(const std::string& sCaseInSensitiveDataID);
-  bool GetData(const std::string& sDataID, std::string& sDataXml);
   // Replaces the children of an existing data element by the data rows of
   // the text's first data element, each row element whole. Records
   // "Specified Data element can't be found - " + ID when it does not exist
   // (it is never created here).
   bool UpdateData(const std::string& sDataID, const std::string& sDataXml);
-  bool DeleteData(const std::string& sDataID);
-  bool GetDataID(int32_t nDataIndex, std::string& sDataID);
-  int32_t GetDataCount();
-  bool GetDataByIndex(int32_t nDataIndex, std::string& sDataXml);
-  bool DeleteDataByIndex(int32_t nDataIndex);
   bool UpdateDataByIndex(int32_t nDataIndex, const std::string& sDataXml);
 
   // --- Rows by position ---
@@ -133,20 +118,10 @@ class VELD_EXPORT KvoDataset : public DocumentFrame {
 
   // --- Progress ---
 
-  // Attaches a progress notifier (nullptr detaches). While Parse, ParseFile
-  // and SaveDataToMDBTable work through rows it raises ProgressChanged(total,
-  // current, status), about two hundred times per call at most and once at
-  // the end; the results are the same with or without it. A listener that
-  // throws stops the call, which then fails with the listener's error.
-  void SetProgressUpdater(std::shared_ptr<KvoProgressUpdater> cUpdater);
-
  private:
   friend struct datasets_internal::Access;
 
   bool LoadDataset(const std::string& source, bool is_file, const std::string& data_xpath);
-
-  std::unique_ptr<datasets_internal::DatasetStore> store_;
-  std::shared_ptr<KvoProgressUpdater> progress_;
 };
 
 }  // namespace veld

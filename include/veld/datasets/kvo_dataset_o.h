@@ -37,29 +37,24 @@
 #include <string>
 #include <vector>
 
+#include "veld/datasets/kvo_dataset_base.h"
 #include "veld/export.h"
-#include "veld/foundation/worker_frame.h"
 #include "veld/items/kvo_general_items.h"
 #include "veld/runtime/variant.h"
 
 namespace veld {
 
-class KvoProgressUpdater;
-
 namespace datasets_internal {
-class DatasetStore;
 struct Access;
 }  // namespace datasets_internal
 
-class VELD_EXPORT KvoDatasetO : public DocumentFrame {
+class VELD_EXPORT KvoDatasetO : public KvoDatasetBase {
  public:
-  // A new object holds an empty "dataset" root and no error.
+  // A new object holds an empty "dataset" root and no error. Reset, Save,
+  // SaveToFile, the shared data-element members and SetProgressUpdater come
+  // from KvoDatasetBase.
   KvoDatasetO();
   ~KvoDatasetO();
-
-  // Replaces the document with one holding an empty "dataset" root and clears
-  // the last error.
-  void Reset();
 
   // --- Whole documents ---
 
@@ -76,11 +71,6 @@ class VELD_EXPORT KvoDatasetO : public DocumentFrame {
   // missing or malformed.
   bool ParseFile(const std::string& sDatasetFile, const std::string& sRowGUIDCol = "",
                  const std::string& sDataXPath = "//data");
-  // The whole document as text.
-  bool Save(std::string& sDatasetXml);
-  // Writes the document to a file (UTF-8, no declaration); records the file
-  // error on failure.
-  bool SaveToFile(const std::string& sFile);
 
   // --- Data elements ---
 
@@ -90,12 +80,6 @@ class VELD_EXPORT KvoDatasetO : public DocumentFrame {
   // `sResultDataID`, when given, receives the ID ("" on failure).
   bool AddData(const std::string& sDataID = "", const std::string& sDataXml = "",
                const std::string& sRowGUIDCol = "", Variant* sResultDataID = nullptr);
-  // True when a data element's ID equals `sDataID` ignoring case.
-  bool ExistData(const std::string& sDataID);
-  // The stored ID that `sCaseInSensitiveDataID` matches ignoring case, or "".
-  std::string GetExactDataID(const std::string& sCaseInSensitiveDataID);
-  // The data element's text; "Specified data id cannot be found.".
-  bool GetData(const std::string& sDataID, std::string& sDataXml);
   // Replaces all children of the data element by the data rows of the first
   // data element of `sDataXml`. Each row gets the value of its col named
   // `sRowGUIDCol` as row ID when there is one, else a new GUID; only its cols
@@ -103,16 +87,6 @@ class VELD_EXPORT KvoDatasetO : public DocumentFrame {
   // "Failed to load data xml." for malformed text.
   bool UpdateData(const std::string& sDataID, const std::string& sDataXml,
                   const std::string& sRowGUIDCol = "");
-  // Removes every data element the ID selects (an unknown ID is no failure).
-  bool DeleteData(const std::string& sDataID);
-  // The ID of the data element at a position; "Invalid data index (n)." below
-  // 1, "Specified data index (n) out of boundary." past the end.
-  bool GetDataID(int32_t nDataIndex, std::string& sDataID);
-  // Number of data elements; -1 on failure.
-  int32_t GetDataCount();
-  // GetDataID, then GetData / DeleteData / UpdateData with that ID.
-  bool GetDataByIndex(int32_t nDataIndex, std::string& sDataXml);
-  bool DeleteDataByIndex(int32_t nDataIndex);
   bool UpdateDataByIndex(int32_t nDataIndex, const std::string& sDataXml,
                          const std::string& sRowGUIDCol = "");
 
@@ -204,20 +178,10 @@ class VELD_EXPORT KvoDatasetO : public DocumentFrame {
 
   // --- Progress ---
 
-  // Attaches a progress notifier (nullptr detaches). While Parse, ParseFile
-  // and SaveDataToMDBTable work through rows it raises ProgressChanged(total,
-  // current, status), about two hundred times per call at most and once at
-  // the end; the results are the same with or without it. A listener that
-  // throws stops the call, which then fails with the listener's error.
-  void SetProgressUpdater(std::shared_ptr<KvoProgressUpdater> cUpdater);
-
  private:
   friend struct datasets_internal::Access;
 
   bool LoadDataset(const std::string& source, bool is_file, const std::string& data_xpath);
-
-  std::unique_ptr<datasets_internal::DatasetStore> store_;
-  std::shared_ptr<KvoProgressUpdater> progress_;
 };
 
 }  // namespace veld
