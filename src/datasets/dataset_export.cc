@@ -16,6 +16,8 @@ namespace veld {
 
 namespace {
 
+namespace di = datasets_internal;
+
 // Reads a fetched row's text into cols; a row that does not parse fails the
 // export with the parser's message.
 void ParseRow(const std::string& row_xml, RowCols& cols) {
@@ -23,24 +25,6 @@ void ParseRow(const std::string& row_xml, RowCols& cols) {
   std::string message;
   if (!items.Parse(row_xml, false, "", &message)) RaiseError(errnum::kCheckFailed, message);
   cols.Assign(items);
-}
-
-// Reads a row element's cols as ParseRow reads its text, without writing the
-// text out: in place, unless namespaces or entity references in the document
-// (`foreign`) could make the written text read differently.
-void ReadRow(datasets_internal::DatasetStore& store, xmlNodePtr row, bool foreign, RowCols& cols) {
-  if (foreign) {
-    ParseRow(datasets_internal::NodeText(row), cols);
-    return;
-  }
-  items_internal::ReadNamesAndValues(store.Wrap(row), cols.names, cols.values);
-}
-
-// Whether anything in the held document could read differently once written
-// out; asked once per export.
-bool HasForeignContent(datasets_internal::DatasetStore& store) {
-  xmlNodePtr root = store.Root();
-  return root != nullptr && datasets_internal::ScanSubtree(root, "row").foreign;
 }
 
 // Passes the export's progress to the attached notifier, if any.
@@ -51,6 +35,31 @@ ExportProgress TellTo(const std::shared_ptr<KvoProgressUpdater>& updater) {
   };
 }
 
+// The export of one data element. Row i is the element `find_row(i)` gives,
+// read in place when its content reads the same that way as from its text;
+// when `find_row` gives none, `fetch_text(i, text)` fetches the row's text
+// as the class's public fetch does (false: it failed and recorded why).
+template <class FindRow, class FetchText>
+bool ExportData(const TableExportRequest& request, const CountRows& count_rows,
+                const std::shared_ptr<KvoProgressUpdater>& updater, FindRow find_row,
+                FetchText fetch_text) {
+  std::string row_xml;
+  return ExportRowsToTable(
+      request, count_rows,
+      [&](int32_t index, RowCols& cols) {
+        if (xmlNodePtr row = find_row(index)) {
+          if (!items_internal::ReadPlainNamesAndValues(row, cols.names, cols.values)) {
+            ParseRow(di::NodeText(row), cols);
+          }
+          return true;
+        }
+        if (!fetch_text(index, row_xml)) return false;
+        ParseRow(row_xml, cols);
+        return true;
+      },
+      TellTo(updater));
+}
+
 }  // namespace
 
 bool KvoDatasetO::SaveDataToMDBTable(const std::string& sDataID, const std::string& sMDBFile,
@@ -58,28 +67,18 @@ bool KvoDatasetO::SaveDataToMDBTable(const std::string& sDataID, const std::stri
                                      const std::string& sPWD, bool bClearFirst) {
   bool result = false;
   Recorded([&] {
-    const TableExportRequest request{sDataID, sMDBFile, sTableName, sUID, sPWD, bClearFirst};
-    result = ExportRowsToTable(
-        request, [&] { return GetDataRowCount(sDataID); },
-        [&, foreign = HasForeignContent(*store_)](int32_t index, RowCols& cols) {
-          // GetDataRowByIndex fetches the row whose ID the row at that
-          // position has (the first row with that ID), as a node here.
-          std::vector<xmlNodePtr> at = store_->SelectRowsByPosition(sDataID, index);
-          if (!at.empty()) {
-            const std::string guid = datasets_internal::DatasetStore::GuidOf(at.front());
-            std::vector<xmlNodePtr> rows = store_->SelectRowsById(sDataID, guid);
-            if (!rows.empty()) {
-              ReadRow(*store_, rows.front(), foreign, cols);
-              return true;
-            }
-          }
-          std::string row_xml;
-          // A failed fetch has recorded why; the export rolls back.
-          if (!GetDataRowByIndex(sDataID, index, row_xml)) return false;
-          ParseRow(row_xml, cols);
-          return true;
+    result = ExportData(
+        {sDataID, sMDBFile, sTableName, sUID, sPWD, bClearFirst},
+        [&] { return GetDataRowCount(sDataID); }, progress_,
+        // GetDataRowByIndex fetches the first row with the ID of the row at
+        // that position.
+        [&](int32_t index) -> xmlNodePtr {
+          xmlNodePtr at = store_->IndexedRowAt(sDataID, index);
+          return at != nullptr ? store_->FirstRowWithIdOf(at) : nullptr;
         },
-        TellTo(progress_));
+        [&](int32_t index, std::string& row_xml) {
+          return GetDataRowByIndex(sDataID, index, row_xml);
+        });
   });
   return result;
 }
@@ -89,22 +88,11 @@ bool KvoDataset::SaveDataToMDBTable(const std::string& sDataID, const std::strin
                                     const std::string& sPWD, bool bClearFirst) {
   bool result = false;
   Recorded([&] {
-    const TableExportRequest request{sDataID, sMDBFile, sTableName, sUID, sPWD, bClearFirst};
-    result = ExportRowsToTable(
-        request, [&] { return GetDataRowCount(sDataID); },
-        [&, foreign = HasForeignContent(*store_)](int32_t index, RowCols& cols) {
-          // GetDataRow's row, read in place.
-          std::vector<xmlNodePtr> at = store_->SelectRowsByPosition(sDataID, index);
-          if (!at.empty()) {
-            ReadRow(*store_, at.front(), foreign, cols);
-            return true;
-          }
-          std::string row_xml;
-          if (!GetDataRow(sDataID, index, row_xml)) return false;
-          ParseRow(row_xml, cols);
-          return true;
-        },
-        TellTo(progress_));
+    result = ExportData(
+        {sDataID, sMDBFile, sTableName, sUID, sPWD, bClearFirst},
+        [&] { return GetDataRowCount(sDataID); }, progress_,
+        [&](int32_t index) { return store_->IndexedRowAt(sDataID, index); },
+        [&](int32_t index, std::string& row_xml) { return GetDataRow(sDataID, index, row_xml); });
   });
   return result;
 }

@@ -471,6 +471,28 @@ std::vector<xmlNodePtr> DatasetStore::SelectRowsByPosition(const std::string& da
   return xi::SelectRaw(reinterpret_cast<xmlNodePtr>(doc()), xpath);
 }
 
+xmlNodePtr DatasetStore::IndexedRowAt(const std::string& data_id, int32_t n) {
+  const DataRef& ref = ResolveData(data_id);
+  if (!ref.indexed || ref.matches.size() != 1 || n < 1) return nullptr;
+  const std::vector<xmlNodePtr>& order = RowsOf(ref.matches.front());
+  if (static_cast<size_t>(n) > order.size()) return nullptr;
+  return order[static_cast<size_t>(n) - 1];
+}
+
+xmlNodePtr DatasetStore::FirstRowWithIdOf(xmlNodePtr row) {
+  const xmlAttr* attr = FindPlainAttribute(row, "guid");
+  if (attr == nullptr || row->parent == nullptr) return nullptr;
+  const xmlNode* child = attr->children;
+  if (child == nullptr || child->next != nullptr || child->type != XML_TEXT_NODE) return nullptr;
+  const std::string_view guid = xi::TextView(child->content);
+  if (guid.empty() || guid.front() == ' ' || guid.back() == ' ' || !IsPlainLiteral(guid)) {
+    return nullptr;
+  }
+  guid_scratch_.assign(guid);
+  int32_t count = 0;
+  return RowByGuid(row->parent, guid_scratch_, count);
+}
+
 xmlNodePtr DatasetStore::AppendData(const std::string& guid) {
   xmlNodePtr root = EnsureRoot();
   XmlNode data = dom_.CreateElement("data");

@@ -166,6 +166,17 @@ class DatasetStore {
   std::vector<xmlNodePtr> SelectRowsByPosition(const std::string& data_id, int32_t n);
   std::string RowXPathByPosition(const std::string& data_id, int32_t n);
 
+  // The row at 1-based `n` of the one data element the data path of
+  // `data_id` selects, taken from the index without building a selection;
+  // null when the path selects no or several data elements, needs the XPath
+  // itself, or has no row there.
+  xmlNodePtr IndexedRowAt(const std::string& data_id, int32_t n);
+  // The first row of `row`'s data element whose "guid" equals `row`'s, which
+  // is what looking `row` up by its ID selects first; null when that lookup
+  // must be left to the row path itself (no or an empty guid, blanks around
+  // it, or characters the index cannot stand in for).
+  xmlNodePtr FirstRowWithIdOf(xmlNodePtr row);
+
   // --- Changes (keep the indexes right) ---
 
   // Creates a data element with that "guid" at the end of the root.
@@ -226,6 +237,8 @@ class DatasetStore {
   std::string resolved_id_;
   DataRef resolved_;
   int32_t last_position_ = 0;
+  // Reused by FirstRowWithIdOf.
+  std::string guid_scratch_;
   bool data_valid_ = false;
   std::vector<DataInfo> data_;
   std::unordered_map<xmlNodePtr, RowIndex> rows_;

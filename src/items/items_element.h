@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <libxml/tree.h>
+
 #include "veld/items/kvo_general_items.h"
 #include "veld/xml/xml_node.h"
 
@@ -18,12 +20,15 @@ namespace veld::items_internal {
 bool ParseElement(KvoGeneralItems& items, const XmlNode& root, bool bNameAsKey,
                   const std::string& sItemTag, std::string* sParseErrMsg);
 
-// The names and values of the items Parse of root.Xml() with an empty item
-// tag and no keys would give, in order, without building the collection.
-// `names` and `values` are resized to the number of items; their strings keep
-// their buffers from call to call. Raises what such a Parse would report.
-void ReadNamesAndValues(const XmlNode& root, std::vector<std::string>& names,
-                        std::vector<std::string>& values);
+// The names and values of the items Parse of the element's text with an empty
+// item tag and no keys would give, in order, read in place without building
+// the collection, for an element whose subtree reads the same in place as
+// from its text: no namespaces, entity references or whitespace-only text.
+// False for any other element (nothing is read then; the caller parses the
+// element's text instead). `names` and `values` get one string per item;
+// their strings keep their buffers from call to call.
+bool ReadPlainNamesAndValues(const xmlNode* root, std::vector<std::string>& names,
+                             std::vector<std::string>& values);
 
 }  // namespace veld::items_internal
 

@@ -11,6 +11,7 @@
 #include "veld/runtime/automation_error.h"
 #include "veld/xml/xml_document.h"
 #include "xml/xml_errors.h"
+#include "xml/xml_handles.h"
 #include "xml/xml_internal.h"
 #include "xml/xml_tree.h"
 
@@ -258,15 +259,165 @@ bool ParseElement(KvoGeneralItems& items, const XmlNode& root, bool bNameAsKey,
   return parsed;
 }
 
-void ReadNamesAndValues(const XmlNode& root, std::vector<std::string>& names,
-                        std::vector<std::string>& values) {
-  const ItemElements elements = SelectItemElements(root, ItemTagFor(root, ""));
-  names.resize(elements.nodes.size());
-  values.resize(elements.nodes.size());
-  for (size_t i = 0; i < elements.nodes.size(); ++i) {
-    names[i] = Trim(AttributeOrText(elements.nodes[i], "name"));
-    values[i] = Trim(AttributeOrText(elements.nodes[i], "value"));
+namespace {
+
+bool IsBlankContent(const xmlChar* text) {
+  if (text == nullptr) return true;
+  for (; *text != 0; ++text) {
+    if (*text != ' ' && *text != '\t' && *text != '\n' && *text != '\r') return false;
   }
+  return true;
+}
+
+bool IsPlainContent(const xmlNode* first);
+
+// True when an attribute reads the same in place as from written-out text:
+// no namespace, a value of plain text (no entity references).
+bool IsPlainAttribute(const xmlAttr* attr) {
+  if (attr->ns != nullptr) return false;
+  for (const xmlNode* part = attr->children; part != nullptr; part = part->next) {
+    if (part->type != XML_TEXT_NODE) return false;
+  }
+  return true;
+}
+
+// The same for an element and everything below it: no namespaces, plain
+// attributes, no entity references or other special nodes, and no
+// whitespace-only text (which a fresh parse would drop).
+bool IsPlainElement(const xmlNode* element) {
+  if (element->ns != nullptr || element->nsDef != nullptr) return false;
+  for (const xmlAttr* attr = element->properties; attr != nullptr; attr = attr->next) {
+    if (!IsPlainAttribute(attr)) return false;
+  }
+  return IsPlainContent(element->children);
+}
+
+// The same for one node (an element with its subtree).
+bool IsPlainNode(const xmlNode* node) {
+  switch (node->type) {
+    case XML_ELEMENT_NODE:
+      return IsPlainElement(node);
+    case XML_TEXT_NODE:
+      return !IsBlankContent(node->content);
+    case XML_CDATA_SECTION_NODE:
+    case XML_COMMENT_NODE:
+    case XML_PI_NODE:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// The same for the siblings from `first` on.
+bool IsPlainContent(const xmlNode* first) {
+  for (const xmlNode* child = first; child != nullptr; child = child->next) {
+    if (!IsPlainNode(child)) return false;
+  }
+  return true;
+}
+
+// `out` = the text of `parts` (an attribute's text children, or one text
+// node when `single`), trimmed of spaces; reuses the buffer of `out`.
+void AssignTrimmed(std::string& out, const xmlNode* parts, bool single) {
+  std::string_view text;
+  if (parts != nullptr && (single || parts->next == nullptr)) {
+    text = xml_internal::TextView(parts->content);
+  } else {
+    out.clear();
+    for (const xmlNode* part = parts; part != nullptr; part = part->next) {
+      out += xml_internal::TextView(part->content);
+    }
+    text = out;
+  }
+  size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) {
+    out.clear();
+    return;
+  }
+  size_t last = text.find_last_not_of(' ');
+  if (text.data() == out.data()) {
+    out.erase(last + 1);
+    out.erase(0, first);
+  } else {
+    out.assign(text.substr(first, last - first + 1));
+  }
+}
+
+// AttributeOrText for a plain element whose attribute is `attr` (or null).
+void AssignAttributeOrText(std::string& out, const xmlNode* element, const xmlAttr* attr) {
+  if (attr != nullptr) {
+    AssignTrimmed(out, attr->children, false);
+    return;
+  }
+  for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
+    if (child->type == XML_TEXT_NODE) {
+      AssignTrimmed(out, child, true);
+      return;
+    }
+  }
+  out.clear();
+}
+
+// "[@name!='']" for a plain attribute.
+bool IsNonEmpty(const xmlAttr* attr) {
+  if (attr == nullptr) return false;
+  for (const xmlNode* part = attr->children; part != nullptr; part = part->next) {
+    if (part->content != nullptr && part->content[0] != '\0') return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool ReadPlainNamesAndValues(const xmlNode* root, std::vector<std::string>& names,
+                             std::vector<std::string>& values) {
+  if (root == nullptr || root->type != XML_ELEMENT_NODE) return false;
+  if (root->ns != nullptr || root->nsDef != nullptr) return false;
+  for (const xmlAttr* attr = root->properties; attr != nullptr; attr = attr->next) {
+    if (!IsPlainAttribute(attr)) return false;
+  }
+  // The item tag is the first child's name; a first child that is text, a
+  // comment or CDATA names no element, so there are no items then.
+  const xmlNode* first = root->children;
+  const xmlChar* tag = nullptr;
+  if (first != nullptr && first->type == XML_PI_NODE) return false;
+  if (first != nullptr && first->type == XML_ELEMENT_NODE) {
+    // A name with a colon but no namespace goes through XPath in Parse.
+    if (xmlStrchr(first->name, ':') != nullptr) return false;
+    tag = first->name;
+  }
+  // One pass over the children both checks that they are plain and reads
+  // the items, so that each node is fetched from memory once.
+  size_t count = 0;
+  for (const xmlNode* child = first; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE) {
+      if (!IsPlainNode(child)) return false;
+      continue;
+    }
+    if (child->ns != nullptr || child->nsDef != nullptr) return false;
+    const xmlAttr* name = nullptr;
+    const xmlAttr* value = nullptr;
+    for (const xmlAttr* attr = child->properties; attr != nullptr; attr = attr->next) {
+      if (!IsPlainAttribute(attr)) return false;
+      if (name == nullptr && xmlStrEqual(attr->name, BAD_CAST "name")) {
+        name = attr;
+      } else if (value == nullptr && xmlStrEqual(attr->name, BAD_CAST "value")) {
+        value = attr;
+      }
+    }
+    if (!IsPlainContent(child->children)) return false;
+    if (tag == nullptr || !xmlStrEqual(child->name, tag) || !IsNonEmpty(name)) continue;
+    if (count == names.size()) {
+      names.emplace_back();
+      values.emplace_back();
+    }
+    AssignAttributeOrText(names[count], child, name);
+    AssignAttributeOrText(values[count], child, value);
+    ++count;
+  }
+  names.resize(count);
+  values.resize(count);
+  return true;
 }
 
 }  // namespace items_internal

@@ -258,7 +258,32 @@ Converted<int16_t> ConvertToInteger(std::string_view text) {
 
 bool IsNumeric(std::string_view text) { return ScanNumber(text).has_value(); }
 
+namespace {
+
+// True for the plainest and by far most common form, "-ddd.ddd" without
+// blanks, signs elsewhere, grouping, currency or exponent, which reads the
+// same directly as through the scanner.
+bool IsPlainDecimal(std::string_view text) {
+  size_t i = !text.empty() && text.front() == '-' ? 1 : 0;
+  const size_t digits_start = i;
+  while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i;
+  if (i == digits_start) return false;
+  if (i == text.size()) return true;
+  if (text[i] != '.') return false;
+  const size_t fraction_start = ++i;
+  while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i;
+  return i == text.size() && i > fraction_start;
+}
+
+}  // namespace
+
 std::optional<double> ParseNumber(std::string_view text) {
+  if (text.size() <= 32 && IsPlainDecimal(text)) {
+    double value = 0.0;
+    const std::from_chars_result r = std::from_chars(text.data(), text.data() + text.size(), value,
+                                                     std::chars_format::fixed);
+    if (r.ec == std::errc() && r.ptr == text.data() + text.size()) return value;
+  }
   const std::optional<ScannedNumber> scanned = ScanNumber(text);
   if (!scanned) return std::nullopt;
   return ScannedValue(*scanned);

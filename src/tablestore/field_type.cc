@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "runtime/numeric.h"
@@ -235,6 +234,14 @@ std::optional<ParsedDateTime> ParseDateTimeText(std::string_view text) {
 
 namespace {
 
+// Writes `value` as `width` decimal digits, with leading zeros.
+void PutDigits(char* at, int width, int value) {
+  for (int i = width - 1; i >= 0; --i) {
+    at[i] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  }
+}
+
 // Puts text into `out`, reusing the string it may already hold.
 void AssignText(FieldValue& out, std::string_view text) {
   if (auto* held = std::get_if<std::string>(&out)) {
@@ -328,14 +335,19 @@ bool ConvertTextInto(const FieldType& type, std::string_view text, FieldValue& o
     case FieldKind::kDateTime: {
       auto parsed = ParseDateTimeText(text);
       if (!parsed) return false;
-      char date[16] = "1899-12-30";
+      // "yyyy-mm-dd hh:mm:ss"; the date of a time alone is the day the
+      // classic date numbering starts from.
+      char both[] = "1899-12-30 00:00:00";
       if (parsed->has_date) {
-        std::snprintf(date, sizeof date, "%04d-%02d-%02d", parsed->year, parsed->month,
-                      parsed->day);
+        PutDigits(both, 4, parsed->year);
+        PutDigits(both + 5, 2, parsed->month);
+        PutDigits(both + 8, 2, parsed->day);
       }
-      char time[16];
-      std::snprintf(time, sizeof time, "%02d:%02d:%02d", parsed->hour, parsed->minute,
-                    parsed->second);
+      PutDigits(both + 11, 2, parsed->hour);
+      PutDigits(both + 14, 2, parsed->minute);
+      PutDigits(both + 17, 2, parsed->second);
+      const std::string_view date(both, 10);
+      const std::string_view time(both + 11, 8);
       if (type.kind == FieldKind::kDate) {
         // A date column keeps the date; a time of day would be lost, so it fails.
         if (!parsed->has_date || (parsed->hour | parsed->minute | parsed->second) != 0) {
@@ -349,9 +361,7 @@ bool ConvertTextInto(const FieldType& type, std::string_view text, FieldValue& o
         AssignText(out, time);
         return true;
       }
-      char both[32];
-      std::snprintf(both, sizeof both, "%s %s", date, time);
-      AssignText(out, both);
+      AssignText(out, std::string_view(both, 19));
       return true;
     }
   }

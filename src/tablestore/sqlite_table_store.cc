@@ -93,9 +93,9 @@ class SqliteCursor final : public TableCursor {
   void Update() override {
     if (set_.size() != columns_.size()) AddNew();
     const std::vector<bool>& set = set_;
+    // Each statement has one parameter per field it sets, and every one is
+    // bound below; statements are reset after each step.
     sqlite3_stmt* statement = InsertFor(set);
-    sqlite3_reset(statement);
-    sqlite3_clear_bindings(statement);
     int parameter = 0;
     for (size_t i = 0; i < values_.size(); ++i) {
       if (!set[i]) continue;

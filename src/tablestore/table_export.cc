@@ -1,6 +1,7 @@
 #include "tablestore/table_export.h"
 
 #include <algorithm>
+#include <exception>
 #include <memory>
 #include <vector>
 
@@ -27,6 +28,50 @@ void CheckBracketedName(const std::string& table) {
     RaiseError(errnum::kDbCommandError, "Syntax error in FROM clause.");
   }
 }
+
+// Writes rows as records: each field is set from the first col whose name
+// equals the field's ignoring case (GetItemValueByName(field name, "")) when
+// that col's value is not empty.
+class RowWriter {
+ public:
+  explicit RowWriter(TableCursor& cursor) : cursor_(cursor) {
+    fields_.reserve(static_cast<size_t>(cursor.FieldCount()));
+    for (int32_t f = 0; f < cursor.FieldCount(); ++f) fields_.emplace_back(cursor.FieldName(f));
+    source_.assign(fields_.size(), -1);
+  }
+
+  void Write(const RowCols& cols) {
+    // Rows of one data element mostly have the same cols, so the fields are
+    // matched again only when the names change.
+    if (!matched_ || cols.names != matched_names_) Match(cols.names);
+    cursor_.AddNew();
+    for (size_t f = 0; f < fields_.size(); ++f) {
+      if (source_[f] < 0) continue;
+      const std::string& value = cols.values[static_cast<size_t>(source_[f])];
+      if (!value.empty()) cursor_.SetFieldValue(static_cast<int32_t>(f), value);
+    }
+    cursor_.Update();
+  }
+
+ private:
+  void Match(const std::vector<std::string>& names) {
+    for (size_t f = 0; f < fields_.size(); ++f) {
+      const NameMatch& field = fields_[f];
+      const auto found = std::find_if(names.begin(), names.end(),
+                                      [&field](const std::string& name) { return field(name); });
+      source_[f] = found == names.end() ? -1 : static_cast<int32_t>(found - names.begin());
+    }
+    matched_names_ = names;
+    matched_ = true;
+  }
+
+  TableCursor& cursor_;
+  std::vector<NameMatch> fields_;
+  // The col each field takes its value from, or -1.
+  std::vector<int32_t> source_;
+  std::vector<std::string> matched_names_;
+  bool matched_ = false;
+};
 
 }  // namespace
 
@@ -67,34 +112,42 @@ bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count
   CheckBracketedName(request.sTableName);
   std::unique_ptr<TableCursor> cursor = store->OpenTable(request.sTableName);
 
-  // Each field's name compared the by-name way, prepared once for all rows.
-  std::vector<NameMatch> fields;
-  fields.reserve(static_cast<size_t>(cursor->FieldCount()));
-  for (int32_t f = 0; f < cursor->FieldCount(); ++f) fields.emplace_back(cursor->FieldName(f));
-
+  RowWriter writer(*cursor);
   const int32_t row_count = std::max<int32_t>(0, count_rows());
   const int32_t step = std::max<int32_t>(1, row_count / 200);
-  RowCols cols;
-  for (int32_t i = 1; i <= row_count; ++i) {
-    if (!fetch_row(i, cols)) {
+  // Rows are read a batch at a time and then written: reading many rows on
+  // end runs at the memory's streaming speed, where alternating each read
+  // with the database's work would wait for memory on every row. The outcome
+  // is that of reading and writing row by row: a failed read takes effect
+  // only after the rows before it were written, and a batch ends wherever
+  // the progress listener is told, so the listener sees the same rows done.
+  constexpr int32_t kBatchRows = 64;
+  std::vector<RowCols> batch(kBatchRows);
+  for (int32_t first = 1; first <= row_count;) {
+    int32_t last = std::min(row_count, first + kBatchRows - 1);
+    if (progress) last = std::min(last, ((first - 1) / step + 1) * step);
+    int32_t read = 0;
+    bool fetched = true;
+    std::exception_ptr raised;
+    for (int32_t i = first; i <= last; ++i) {
+      try {
+        fetched = fetch_row(i, batch[static_cast<size_t>(i - first)]);
+      } catch (...) {
+        raised = std::current_exception();
+      }
+      if (!fetched || raised) break;
+      ++read;
+    }
+    for (int32_t k = 0; k < read; ++k) writer.Write(batch[static_cast<size_t>(k)]);
+    if (raised) std::rethrow_exception(raised);
+    if (!fetched) {
       store->RollbackTrans();
       return false;
     }
-    cursor->AddNew();
-    for (size_t f = 0; f < fields.size(); ++f) {
-      // GetItemValueByName(field name, ""): the first col of that name.
-      for (size_t c = 0; c < cols.names.size(); ++c) {
-        if (!fields[f](cols.names[c])) continue;
-        if (!cols.values[c].empty()) {
-          cursor->SetFieldValue(static_cast<int32_t>(f), cols.values[c]);
-        }
-        break;
-      }
+    if (progress && (last % step == 0 || last == row_count)) {
+      progress(row_count, last, "Exporting rows to " + request.sTableName);
     }
-    cursor->Update();
-    if (progress && (i % step == 0 || i == row_count)) {
-      progress(row_count, i, "Exporting rows to " + request.sTableName);
-    }
+    first = last + 1;
   }
   cursor.reset();
   store->CommitTrans();

@@ -1,9 +1,13 @@
 #include "runtime/numeric.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <optional>
+#include <random>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -91,6 +95,32 @@ TEST(IsNumericTest, RejectsTextThatIsNotWhollyANumber) {
 TEST(IsNumericTest, EmbeddedNulIsNotNumeric) { EXPECT_FALSE(IsNumeric(std::string("5\0", 2))); }
 
 // --- ParseNumber -----------------------------------------------------------
+
+// Plain decimals take a shorter path; a leading blank sends the same digits
+// through the full scanner, which must give the very same double.
+TEST(ParseNumberTest, PlainDecimalsReadExactlyAsTheFullScannerReadsThem) {
+  std::mt19937_64 random(20261121);
+  auto digits = [&random](int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) text += static_cast<char>('0' + random() % 10);
+    return text;
+  };
+  std::vector<std::string> samples = {"0", "-0", "0.0", "-0.0", "007", "1.5", "2.675",
+                                      "9007199254740993", "0.1", "123456789012345678901234.5"};
+  for (int i = 0; i < 5000; ++i) {
+    std::string text = (random() % 3 == 0 ? "-" : "") + digits(1 + random() % 18);
+    if (random() % 2 == 0) text += "." + digits(1 + random() % 12);
+    samples.push_back(text);
+  }
+  for (const std::string& text : samples) {
+    SCOPED_TRACE(text);
+    const std::optional<double> plain = ParseNumber(text);
+    const std::optional<double> scanned = ParseNumber(" " + text);
+    ASSERT_TRUE(plain.has_value());
+    ASSERT_TRUE(scanned.has_value());
+    EXPECT_EQ(std::bit_cast<uint64_t>(*plain), std::bit_cast<uint64_t>(*scanned));
+  }
+}
 
 TEST(ParseNumberTest, GivesTheValueOfEachForm) {
   EXPECT_EQ(ParseNumber("53"), 53.0);
