@@ -280,8 +280,8 @@ bool IsPlainDecimal(std::string_view text) {
 std::optional<double> ParseNumber(std::string_view text) {
   if (text.size() <= 32 && IsPlainDecimal(text)) {
     double value = 0.0;
-    const std::from_chars_result r = std::from_chars(text.data(), text.data() + text.size(), value,
-                                                     std::chars_format::fixed);
+    const std::from_chars_result r =
+        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     if (r.ec == std::errc() && r.ptr == text.data() + text.size()) return value;
   }
   const std::optional<ScannedNumber> scanned = ScanNumber(text);

@@ -105,8 +105,11 @@ TEST(ParseNumberTest, PlainDecimalsReadExactlyAsTheFullScannerReadsThem) {
     for (int i = 0; i < count; ++i) text += static_cast<char>('0' + random() % 10);
     return text;
   };
-  std::vector<std::string> samples = {"0", "-0", "0.0", "-0.0", "007", "1.5", "2.675",
-                                      "9007199254740993", "0.1", "123456789012345678901234.5"};
+  std::vector<std::string> samples = {"0",     "-0",
+                                      "0.0",   "-0.0",
+                                      "007",   "1.5",
+                                      "2.675", "9007199254740993",
+                                      "0.1",   "123456789012345678901234.5"};
   for (int i = 0; i < 5000; ++i) {
     std::string text = (random() % 3 == 0 ? "-" : "") + digits(1 + random() % 18);
     if (random() % 2 == 0) text += "." + digits(1 + random() % 12);
