@@ -5,5 +5,6 @@
 veld_benchmark(NAME bench_dataset_gen SRCS dataset_gen.cc)
 veld_benchmark(NAME bench_dataset_phase SRCS dataset_phase.cc)
 
-# Export of a data element to a typed SQLite table against raw SQLite inserts.
-veld_benchmark(NAME export_bench SRCS export_bench.cc DEPS SQLite::SQLite3)
+# Export of a data element to a typed SQLite table against raw SQLite inserts,
+# and ParseFile + export against a raw libxml2 parse + raw inserts.
+veld_benchmark(NAME export_bench SRCS export_bench.cc DEPS SQLite::SQLite3 LibXml2::LibXml2)

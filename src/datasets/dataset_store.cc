@@ -394,19 +394,29 @@ const std::vector<xmlNodePtr>& DatasetStore::RowsOf(xmlNodePtr data) {
   return index.order;
 }
 
-xmlNodePtr DatasetStore::RowByGuid(xmlNodePtr data, const std::string& guid, int32_t& count) {
+DatasetStore::RowIndex& DatasetStore::GuidIndexOf(xmlNodePtr data) {
   RowIndex& index = IndexOf(data);
   if (!index.guid_valid) {
     index.by_guid.clear();
+    index.repeated = 0;
     for (xmlNodePtr child = data->children; child != nullptr; child = child->next) {
       if (!IsNamed(child, "row")) continue;
       const xmlAttr* attr = FindPlainAttribute(child, "guid");
       if (attr == nullptr) continue;
       GuidSlot& slot = index.by_guid[AttributeValue(attr)];
-      if (slot.count++ == 0) slot.first = child;
+      if (slot.count++ == 0) {
+        slot.first = child;
+      } else {
+        ++index.repeated;
+      }
     }
     index.guid_valid = true;
   }
+  return index;
+}
+
+xmlNodePtr DatasetStore::RowByGuid(xmlNodePtr data, const std::string& guid, int32_t& count) {
+  RowIndex& index = GuidIndexOf(data);
   auto found = index.by_guid.find(guid);
   if (found == index.by_guid.end()) {
     count = 0;
@@ -488,6 +498,8 @@ xmlNodePtr DatasetStore::FirstRowWithIdOf(xmlNodePtr row) {
   if (guid.empty() || guid.front() == ' ' || guid.back() == ' ' || !IsPlainLiteral(guid)) {
     return nullptr;
   }
+  // With every ID of the data element used once, the row is its own first.
+  if (GuidIndexOf(row->parent).repeated == 0) return row;
   guid_scratch_.assign(guid);
   int32_t count = 0;
   return RowByGuid(row->parent, guid_scratch_, count);
@@ -522,7 +534,11 @@ xmlNodePtr DatasetStore::AppendNewRow(xmlNodePtr data, const std::string& guid) 
   if (index.order_valid) index.order.push_back(raw);
   if (index.guid_valid) {
     GuidSlot& slot = index.by_guid[guid];
-    if (slot.count++ == 0) slot.first = raw;
+    if (slot.count++ == 0) {
+      slot.first = raw;
+    } else {
+      ++index.repeated;
+    }
   }
   return raw;
 }
@@ -600,6 +616,7 @@ void DatasetStore::RemoveElementChildren(xmlNodePtr parent) {
     found->second.order.clear();
     found->second.order_valid = true;
     found->second.by_guid.clear();
+    found->second.repeated = 0;
     found->second.guid_valid = true;
   }
   if (parent->type == XML_ELEMENT_NODE && parent->parent != nullptr &&

@@ -212,11 +212,15 @@ class DatasetStore {
     std::vector<xmlNodePtr> order;
     bool guid_valid = false;
     std::unordered_map<std::string, GuidSlot> by_guid;
+    // Rows of by_guid beyond the first of their ID: 0 when IDs are unique.
+    int64_t repeated = 0;
   };
 
   void Sync();
   void EnsureDataList();
   RowIndex& IndexOf(xmlNodePtr data);
+  // The index of `data` with its row IDs known.
+  RowIndex& GuidIndexOf(xmlNodePtr data);
   // Called before `node` leaves the tree.
   void NoteRemoval(xmlNodePtr node);
 

@@ -5,6 +5,7 @@
 // generated at random; the table is compared after every export.
 #include <random>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -228,6 +229,19 @@ TYPED_TEST(ExportReferenceTest, RowIdQuirksAreFetchedAsTheClassFetchesThem) {
   for (const char* id : {"D", "d", "E", "F"}) {
     SCOPED_TRACE(id);
     this->ExpectExportAsReference(id);
+  }
+  if constexpr (std::is_same_v<TypeParam, KvoDatasetO>) {
+    // Row IDs coming and going after the index of IDs was made: a repeated
+    // ID deleted, new IDs added, one of them twice.
+    KvoDatasetO& dataset = this->dataset_;
+    ASSERT_TRUE(dataset.DeleteDataRow("D", "G"));
+    this->ExpectExportAsReference("D");
+    ASSERT_TRUE(dataset.AddDataRow("D", "N1", "<row><col name=\"a\" value=\"n1\"/></row>"));
+    ASSERT_TRUE(dataset.AddDataRow("D", "N2", "<row><col name=\"a\" value=\"n2\"/></row>"));
+    this->ExpectExportAsReference("D");
+    ASSERT_TRUE(dataset.AddDataRow("D", "N1", "<row><col name=\"a\" value=\"n1 again\"/></row>"));
+    ASSERT_TRUE(dataset.DeleteDataRowByIndex("D", 1));
+    this->ExpectExportAsReference("D");
   }
 }
 
