@@ -92,6 +92,7 @@ TakenSource TakeSource(DatasetStore& store, const std::string& source, bool is_f
   }
   xmlDocPtr doc = xi::LibxmlDoc(dom);
   TakenSource taken;
+  taken.plain = xi::LoadFacts(dom).Plain();
   try {
     taken.nodes = xi::SelectRaw(reinterpret_cast<xmlNodePtr>(doc),
                                 data_xpath.empty() ? "/*/data" : data_xpath);

@@ -64,6 +64,10 @@ struct TakenSource {
   std::vector<xmlNodePtr> nodes;
   // One selected node lies inside another.
   bool nested = false;
+  // The source holds no namespaces, entity references, whitespace-only text
+  // or elements inside elements of the same name: its data elements can be
+  // taken as they are, without looking through them first.
+  bool plain = false;
   XmlNode keep;
 };
 // Raises `load_message` when the source does not load and the XPath error

@@ -76,7 +76,9 @@ bool KvoDataset::LoadDataset(const std::string& source, bool is_file,
       bool plain = false;
       std::vector<xmlNodePtr> rows;
       if (!taken.nested && node->type == XML_ELEMENT_NODE) {
-        di::SubtreeFacts facts = di::ScanSubtree(node, "data");
+        // A plain source needs no look through its data elements.
+        const di::SubtreeFacts facts =
+            taken.plain ? di::SubtreeFacts{} : di::ScanSubtree(node, "data");
         bool nested = false;
         if (!facts.foreign && !facts.blank_text) {
           di::CollectMarkedRowsOf(node, rows, nested, !facts.nested);

@@ -121,9 +121,18 @@ bool AddRowsFromNodes(KvoDatasetO& self, DatasetStore& store, const std::string&
     if (Trim(data_id).empty()) Check(di::kInvalidRowToAdd);
     std::string row_id;
     if (!guid_col.empty()) row_id = RowColValueOfNode(row, guid_col);
+    xmlNodePtr target = nullptr;
+    xmlNodePtr data = nullptr;
+    if (row_id.empty() && store.ResolveData(data_id).indexed) data = store.FirstData(data_id);
     if (row_id.empty()) row_id = NewGuidText(Kvo_GUID_FORMAT_PUREDATA);
-    EnsureRowElement(store, data_id, row_id);
-    xmlNodePtr target = ClearRowForUpdate(store, data_id, row_id);
+    if (data != nullptr) {
+      // A new ID is in no row yet, and the data path finds `data`: the row
+      // is appended there, with nothing to look up or clear.
+      target = store.AppendNewRow(data, row_id);
+    } else {
+      EnsureRowElement(store, data_id, row_id);
+      target = ClearRowForUpdate(store, data_id, row_id);
+    }
     for (xmlNodePtr col = row->children; col != nullptr;) {
       xmlNodePtr next = col->next;
       if (di::IsNamed(col, "col")) di::MoveNode(col, target, nullptr);
@@ -167,7 +176,8 @@ bool KvoDatasetO::LoadDataset(const std::string& source, bool is_file,
     for (xmlNodePtr node : taken.nodes) {
       bool added;
       di::SubtreeFacts facts;
-      if (node->type == XML_ELEMENT_NODE) facts = di::ScanSubtree(node, "data");
+      // A plain source needs no look through its data elements.
+      if (node->type == XML_ELEMENT_NODE && !taken.plain) facts = di::ScanSubtree(node, "data");
       if (!taken.nested && node->type == XML_ELEMENT_NODE && !facts.foreign && !facts.blank_text) {
         added = AddDataFromNode(*this, *store_, node, facts, progress);
       } else {

@@ -18,6 +18,7 @@
 
 #include "veld/xml/xml_parse_error.h"
 #include "xml/xml_handles.h"
+#include "xml/xml_parser.h"
 
 namespace veld::xml_internal {
 
@@ -61,6 +62,12 @@ class DocumentCore {
 
   size_t orphan_count() const { return orphans_.size(); }
 
+  // What the parser noted about the document as it was parsed (unknown for a
+  // document that was made rather than parsed). Changes made since are not
+  // reflected.
+  const ParseFacts& parse_facts() const { return parse_facts_; }
+  void set_parse_facts(const ParseFacts& facts) { parse_facts_ = facts; }
+
  private:
   void FreeOrphans() noexcept;
 
@@ -69,6 +76,7 @@ class DocumentCore {
   std::vector<NsPtr> stable_ns_;
   std::atomic<int64_t> handles_{0};
   std::weak_ptr<DocumentState> owner_;
+  ParseFacts parse_facts_ = ParseFacts::Unknown();
 };
 
 // What an XmlDocument handle refers to: the current core and the parse error

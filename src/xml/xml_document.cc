@@ -42,7 +42,9 @@ bool TakeParsed(DocumentState& state, xml_internal::ParseResult parsed) {
     state.parse_error = std::move(parsed.error);
     return false;
   }
-  state.Replace(std::make_shared<DocumentCore>(std::move(parsed.doc)));
+  auto core = std::make_shared<DocumentCore>(std::move(parsed.doc));
+  core->set_parse_facts(parsed.facts);
+  state.Replace(std::move(core));
   state.parse_error = XmlParseError();
   return true;
 }
@@ -169,6 +171,8 @@ xmlDocPtr LibxmlDoc(const XmlNode& node) {
 }
 
 xmlDocPtr LibxmlDoc(const XmlDocument& doc) { return Access::State(doc)->core()->doc(); }
+
+ParseFacts LoadFacts(const XmlDocument& doc) { return Access::State(doc)->core()->parse_facts(); }
 
 XmlNode WrapNode(const XmlNode& anchor, xmlNodePtr node) {
   return Access::MakeNode(Access::Core(anchor), node);

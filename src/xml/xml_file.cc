@@ -5,6 +5,8 @@
 #include <cstring>
 #include <memory>
 
+#include <sys/stat.h>
+
 #include "veld/runtime/automation_error.h"
 
 namespace veld::xml_internal {
@@ -39,6 +41,19 @@ FileError DescribeFileError(int error_number, bool reading) {
   }
 }
 
+// The size of an open regular file; 0 for anything else (a directory, a
+// pipe, a device), which is then read in chunks as it comes.
+size_t RegularFileSize(std::FILE* file) {
+#ifdef _WIN32
+  struct _stat64 status;
+  if (_fstat64(_fileno(file), &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG) return 0;
+#else
+  struct stat status;
+  if (fstat(fileno(file), &status) != 0 || !S_ISREG(status.st_mode)) return 0;
+#endif
+  return status.st_size > 0 ? static_cast<size_t>(status.st_size) : 0;
+}
+
 }  // namespace
 
 bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error) {
@@ -53,11 +68,19 @@ bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error
     error = DescribeFileError(errno, true);
     return false;
   }
-  char chunk[64 * 1024];
-  for (;;) {
-    size_t got = std::fread(chunk, 1, sizeof chunk, file.get());
-    bytes.append(chunk, got);
-    if (got < sizeof chunk) break;
+  // Read straight into a buffer of the file's size; a file that grows
+  // meanwhile is read on in chunks, one that shrinks is cut to what came.
+  const size_t expected = RegularFileSize(file.get());
+  bytes.resize(expected);
+  size_t got = expected > 0 ? std::fread(bytes.data(), 1, expected, file.get()) : 0;
+  bytes.resize(got);
+  if (got == expected) {
+    char chunk[64 * 1024];
+    for (;;) {
+      const size_t more = std::fread(chunk, 1, sizeof chunk, file.get());
+      bytes.append(chunk, more);
+      if (more < sizeof chunk) break;
+    }
   }
   if (std::ferror(file.get())) {
     // Reading a directory fails here (EISDIR) rather than at the open.

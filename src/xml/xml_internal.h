@@ -23,6 +23,7 @@
 #include "veld/xml/xml_document.h"
 #include "veld/xml/xml_node.h"
 #include "veld/xml/xml_node_list.h"
+#include "xml/xml_parser.h"
 
 namespace veld::xml_internal {
 
@@ -59,6 +60,10 @@ inline xmlNodePtr LibxmlNode(const XmlNode& node) { return Access::Raw(node); }
 // The libxml2 document of a handle (null for a null handle).
 xmlDocPtr LibxmlDoc(const XmlNode& node);
 xmlDocPtr LibxmlDoc(const XmlDocument& doc);
+// What the parser noted about `doc`'s current document when it was loaded
+// (ParseFacts::Unknown() for one that was not loaded). Ask right after the
+// load: changes made since are not reflected.
+ParseFacts LoadFacts(const XmlDocument& doc);
 
 // A handle to `node`, a node of the same libxml2 document as `anchor`.
 XmlNode WrapNode(const XmlNode& anchor, xmlNodePtr node);

@@ -4,6 +4,7 @@
 #include <new>
 #include <vector>
 
+#include <libxml/SAX2.h>
 #include <libxml/parserInternals.h>
 #include <libxml/uri.h>
 
@@ -41,9 +42,39 @@ void CDataSection(void* ctx, const xmlChar* value, int length) {
   LinkChild(ctxt->node, section, nullptr);
 }
 
+// What the handlers below share during one parse.
+struct ParseState {
+  ErrorCollector* errors;
+  ParseFacts facts;
+};
+
 void CollectParserError(void* user_data, xmlErrorPtr error) {
   auto* ctxt = static_cast<xmlParserCtxtPtr>(user_data);
-  static_cast<ErrorCollector*>(ctxt->_private)->Add(error);
+  static_cast<ParseState*>(ctxt->_private)->errors->Add(error);
+}
+
+// libxml2's own start handler, after noting the facts of the element: its
+// namespaces and prefixes, and whether an ancestor has its name.
+void StartElementNs(void* ctx, const xmlChar* localname, const xmlChar* prefix, const xmlChar* uri,
+                    int nb_namespaces, const xmlChar** namespaces, int nb_attributes,
+                    int nb_defaulted, const xmlChar** attributes) {
+  auto* ctxt = static_cast<xmlParserCtxtPtr>(ctx);
+  ParseFacts& facts = static_cast<ParseState*>(ctxt->_private)->facts;
+  if (prefix != nullptr || uri != nullptr || nb_namespaces > 0) facts.namespaces = true;
+  // Each attribute is five pointers: localname, prefix, URI, value, end.
+  for (int i = 0; i < nb_attributes && !facts.namespaces; ++i) {
+    if (attributes[i * 5 + 1] != nullptr) facts.namespaces = true;
+  }
+  if (!facts.nested_same_name) {
+    for (const xmlNode* up = ctxt->node; up != nullptr; up = up->parent) {
+      if (up->type == XML_ELEMENT_NODE && xmlStrEqual(up->name, localname)) {
+        facts.nested_same_name = true;
+        break;
+      }
+    }
+  }
+  xmlSAX2StartElementNs(ctx, localname, prefix, uri, nb_namespaces, namespaces, nb_attributes,
+                        nb_defaulted, attributes);
 }
 
 bool IsBlank(const xmlChar* text) {
@@ -138,6 +169,7 @@ ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const s
   }
 
   ErrorCollector errors;
+  ParseState state{&errors, {}};
   // Encoding conversion errors and the like are reported without the
   // parser context; they must not reach stderr either.
   ScopedErrorCapture capture(errors);
@@ -152,7 +184,13 @@ ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const s
   ctxt->sax->externalSubset = &IgnoreExternalSubset;
   ctxt->sax->cdataBlock = &CDataSection;
   ctxt->sax->serror = &CollectParserError;
-  ctxt->_private = &errors;
+  if (ctxt->sax->startElementNs == &xmlSAX2StartElementNs) {
+    ctxt->sax->startElementNs = &StartElementNs;
+  } else {
+    // Not libxml2's own handler: nothing is known about the document.
+    state.facts.namespaces = true;
+  }
+  ctxt->_private = &state;
 
   xmlParseDocument(ctxt.get());
   DocPtr doc(ctxt->myDoc);
@@ -165,23 +203,26 @@ ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const s
   }
   MarkUtf8(doc.get());
   if (!url.empty()) doc->URL = xmlPathToURI(XmlText(url));
-  DropBlankText(doc.get());
+  state.facts.doctype = doc->intSubset != nullptr || doc->extSubset != nullptr;
+  state.facts.blank_text = DropBlankText(doc.get());
   ParseResult result;
   result.doc = std::move(doc);
+  result.facts = state.facts;
   return result;
 }
 
-void DropBlankText(xmlDocPtr doc) {
+bool DropBlankText(xmlDocPtr doc) {
   struct Level {
     xmlNodePtr resume;
     bool keep;
   };
   std::vector<Level> levels;
   bool keep = false;
+  bool kept = false;
   xmlNodePtr node = doc->children;
   for (;;) {
     while (node == nullptr) {
-      if (levels.empty()) return;
+      if (levels.empty()) return kept;
       node = levels.back().resume;
       keep = levels.back().keep;
       levels.pop_back();
@@ -193,9 +234,13 @@ void DropBlankText(xmlDocPtr doc) {
       node = node->children;
       continue;
     }
-    if (node->type == XML_TEXT_NODE && !keep && IsBlank(node->content)) {
-      xmlUnlinkNode(node);
-      NodePtr dropped(node);
+    if (node->type == XML_TEXT_NODE && IsBlank(node->content)) {
+      if (keep) {
+        kept = true;
+      } else {
+        xmlUnlinkNode(node);
+        NodePtr dropped(node);
+      }
     }
     node = next;
   }

@@ -10,10 +10,31 @@
 
 namespace veld::xml_internal {
 
+// What a document held when it was parsed, noted by the parser on the way,
+// so that users need not walk the whole tree to find out. Each fact is
+// conservative: false means the document surely held no such thing.
+struct ParseFacts {
+  // A namespace declaration, or an element or attribute name with a prefix
+  // (xml:space and xml:lang included).
+  bool namespaces = false;
+  // A document type declaration, so that entity reference nodes may exist.
+  bool doctype = false;
+  // Whitespace-only text kept (under xml:space="preserve" or in xsl:text).
+  bool blank_text = false;
+  // An element inside another element of the same name.
+  bool nested_same_name = false;
+
+  // None of the above.
+  bool Plain() const { return !namespaces && !doctype && !blank_text && !nested_same_name; }
+  // The facts of a document nobody looked at: anything may be in it.
+  static ParseFacts Unknown() { return {true, true, true, true}; }
+};
+
 struct ParseResult {
   // Null when the text is not a well-formed (namespace-well-formed) document.
   DocPtr doc;
   XmlParseError error;
+  ParseFacts facts;
 };
 
 // How the encoding of the bytes is decided.
@@ -31,8 +52,8 @@ enum class TextEncoding {
 ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const std::string& url);
 
 // Removes whitespace-only text nodes, except below xml:space="preserve" and
-// directly inside xsl:text.
-void DropBlankText(xmlDocPtr doc);
+// directly inside xsl:text. True when it kept any.
+bool DropBlankText(xmlDocPtr doc);
 
 }  // namespace veld::xml_internal
 

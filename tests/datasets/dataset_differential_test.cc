@@ -410,15 +410,34 @@ class Material {
       text = Of({"<data>", "<x><data><row><col name=\"k\" value=\"A\"/></row></data></x>"});
     return text;
   }
+  // Whole documents, now and then with what makes a document other than
+  // plain: namespaces, a doctype with an entity, kept blanks, blanks that
+  // are dropped, a data element inside another.
   std::string DatasetText() {
-    std::string text = "<dataset>";
+    const int kind = Pick(12);
+    std::string text;
+    if (kind == 0) text = "<!DOCTYPE dataset [<!ENTITY e 'A'>]>";
+    text += kind == 1   ? "<dataset xmlns:p=\"urn:p\">"
+            : kind == 2 ? "<dataset xml:space=\"preserve\">"
+                        : "<dataset>";
     int count = Pick(3);
-    for (int i = 0; i < count; ++i) text += DataText();
+    for (int i = 0; i < count; ++i) {
+      std::string data = DataText();
+      if (kind == 0) ReplaceFirst(data, "value=\"A\"", "value=\"&e;\"");
+      if (kind == 1) ReplaceFirst(data, "<col ", "<col p:x=\"1\" ");
+      if (kind == 2 || kind == 3) ReplaceFirst(data, "<row", " <row");
+      if (kind == 4) ReplaceFirst(data, "</row>", "<data><row/></data></row>");
+      text += data;
+    }
     return text + "</dataset>";
   }
   std::string GuidCol() { return Of({"", "", "k", "n", "q'"}); }
 
  private:
+  static void ReplaceFirst(std::string& text, const std::string& from, const std::string& to) {
+    const size_t at = text.find(from);
+    if (at != std::string::npos) text.replace(at, from.size(), to);
+  }
   static std::string Escape(const std::string& text) {
     std::string out;
     for (char c : text) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "veld/runtime/automation_error.h"
+#include "xml/xml_internal.h"
 
 #include "support/testing.h"
 
@@ -340,6 +341,47 @@ TEST(XmlDocumentTest, CreatedNodesHaveTheirTypes) {
   EXPECT_EQ(pi.NodeValue(), "data");
   EXPECT_FALSE(doc.CreateElement("e").ParentNode());
   EXPECT_TRUE(doc.IsEmpty());
+}
+
+}  // namespace
+}  // namespace veld
+
+namespace veld {
+namespace {
+
+// What the parser notes while loading: each fact set by the one thing that
+// sets it, none by a plain document, all for a document that was not loaded.
+TEST(XmlLoadFactsTest, EachFactIsSetByWhatItNamesAndNoneByAPlainDocument) {
+  using xml_internal::ParseFacts;
+  auto facts = [](const std::string& text) {
+    XmlDocument doc;
+    EXPECT_TRUE(doc.LoadXml(text)) << text;
+    return xml_internal::LoadFacts(doc);
+  };
+  EXPECT_TRUE(facts("<a><b x='1'>t</b><!-- c --><?p d?><![CDATA[x]]><b/></a>").Plain());
+  EXPECT_TRUE(facts("<a>\n  <b/>\n</a>").Plain());  // dropped blanks leave nothing behind
+
+  EXPECT_TRUE(facts("<a xmlns='urn:a'/>").namespaces);
+  EXPECT_TRUE(facts("<a><p:b xmlns:p='urn:p'/></a>").namespaces);
+  EXPECT_TRUE(facts("<a><b xml:lang='en'/></a>").namespaces);
+  EXPECT_FALSE(facts("<a xml:lang='en'/>").doctype);
+
+  EXPECT_TRUE(facts("<!DOCTYPE a><a/>").doctype);
+  EXPECT_TRUE(facts("<!DOCTYPE a [<!ENTITY e 'x'>]><a>&e;</a>").doctype);
+
+  EXPECT_TRUE(facts("<a xml:space='preserve'> <b/></a>").blank_text);
+  EXPECT_FALSE(facts("<a xml:space='preserve'><b/></a>").blank_text);
+
+  EXPECT_TRUE(facts("<a><b><a/></b></a>").nested_same_name);
+  EXPECT_TRUE(facts("<r><row><col><row/></col></row></r>").nested_same_name);
+  EXPECT_FALSE(facts("<r><row/><row/><col/></r>").nested_same_name);
+
+  XmlDocument made;
+  made.AppendChild(made.CreateElement("a"));
+  EXPECT_FALSE(xml_internal::LoadFacts(made).Plain());
+  XmlDocument failed;
+  EXPECT_FALSE(failed.LoadXml("<a>"));
+  EXPECT_FALSE(xml_internal::LoadFacts(failed).Plain());
 }
 
 }  // namespace
