@@ -1,36 +1,45 @@
 #include "veld/foundation/kvo_utils.h"
 
-#include <cstdio>
+#include <cstdint>
+#include <string>
 
 #include "runtime/numeric.h"
 #include "veld/platform/platform.h"
 
 namespace veld {
 
+namespace {
+
+// Appends `value` as `digits` upper-case hex digits.
+void PutHex(std::string& out, uint32_t value, int digits) {
+  static constexpr char kHex[] = "0123456789ABCDEF";
+  for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) out += kHex[(value >> shift) & 0xF];
+}
+
+}  // namespace
+
 std::string KvoUtils::KvoGenerateGUID(KvoGuidFormatEnum nFormat) {
   Guid guid;
   if (CurrentPlatform().CreateGuid(guid) != 0) return "";
+  if (nFormat != KVO_GUID_FORMAT_GENERAL && nFormat != Kvo_GUID_FORMAT_PUREDATA) return "";
   // The same digits as KvoNumberToHexStr of each field with its classic
   // signed type and width, written directly: row ids are made by the million.
-  char part1[9];
-  char part2[5];
-  char part3[5];
-  char part4[5];
-  char part5[13];
-  std::snprintf(part1, sizeof part1, "%08X", static_cast<unsigned>(guid.Data1));
-  std::snprintf(part2, sizeof part2, "%04X", static_cast<unsigned>(guid.Data2));
-  std::snprintf(part3, sizeof part3, "%04X", static_cast<unsigned>(guid.Data3));
-  std::snprintf(part4, sizeof part4, "%02X%02X", guid.Data4[0], guid.Data4[1]);
-  std::snprintf(part5, sizeof part5, "%02X%02X%02X%02X%02X%02X", guid.Data4[2], guid.Data4[3],
-                guid.Data4[4], guid.Data4[5], guid.Data4[6], guid.Data4[7]);
-  switch (nFormat) {
-    case KVO_GUID_FORMAT_GENERAL:
-      return std::string("{") + part1 + "-" + part2 + "-" + part3 + "-" + part4 + "-" + part5 + "}";
-    case Kvo_GUID_FORMAT_PUREDATA:
-      return std::string(part1) + part2 + part3 + part4 + part5;
-    default:
-      return "";
-  }
+  const bool general = nFormat == KVO_GUID_FORMAT_GENERAL;
+  std::string text;
+  text.reserve(38);
+  if (general) text += '{';
+  PutHex(text, guid.Data1, 8);
+  if (general) text += '-';
+  PutHex(text, guid.Data2, 4);
+  if (general) text += '-';
+  PutHex(text, guid.Data3, 4);
+  if (general) text += '-';
+  PutHex(text, guid.Data4[0], 2);
+  PutHex(text, guid.Data4[1], 2);
+  if (general) text += '-';
+  for (int i = 2; i < 8; ++i) PutHex(text, guid.Data4[i], 2);
+  if (general) text += '}';
+  return text;
 }
 
 Variant KvoUtils::KvoNumberToHexStr(const Variant& nValue, const Variant& nDigits) {

@@ -1,11 +1,14 @@
 // The POSIX platform: files through the C library, GUIDs from libuuid, the
 // message box on standard error and a message loop with nothing to pump.
+#include <atomic>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
 #include <errno.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -63,15 +66,23 @@ bool WriteAll(int fd, const char* data, size_t size) {
 // time: one system call per GUID dominated the cost of making many row ids.
 // The buffer belongs to a thread and a process; a forked child refills its
 // own, so parent and child never hand out the same bytes.
+// Counts the forks of this process, so that a pool can tell it was filled
+// before one without asking the kernel for the process id on every call.
+std::atomic<uint64_t> fork_count{0};
+
+void NoteFork() { fork_count.fetch_add(1, std::memory_order_relaxed); }
+
 bool RandomBytes(uint8_t (&out)[16]) {
   struct Pool {
     uint8_t bytes[4096];
     size_t used = sizeof bytes;
-    pid_t owner = 0;
+    uint64_t forks = 0;
   };
+  static const int watching = pthread_atfork(nullptr, nullptr, &NoteFork);
+  (void)watching;
   thread_local Pool pool;
-  const pid_t pid = getpid();
-  if (pool.used + sizeof out > sizeof pool.bytes || pool.owner != pid) {
+  const uint64_t forks = fork_count.load(std::memory_order_relaxed);
+  if (pool.used + sizeof out > sizeof pool.bytes || pool.forks != forks) {
     size_t filled = 0;
     while (filled < sizeof pool.bytes) {
       const ssize_t got = getrandom(pool.bytes + filled, sizeof pool.bytes - filled, 0);
@@ -82,7 +93,7 @@ bool RandomBytes(uint8_t (&out)[16]) {
       filled += static_cast<size_t>(got);
     }
     pool.used = 0;
-    pool.owner = pid;
+    pool.forks = forks;
   }
   std::memcpy(out, pool.bytes + pool.used, sizeof out);
   // Bytes handed out are not kept.
