@@ -382,8 +382,9 @@ bool ReadPlainNamesAndValues(const xmlNode* root, std::vector<std::string>& name
   const xmlChar* tag = nullptr;
   if (first != nullptr && first->type == XML_PI_NODE) return false;
   if (first != nullptr && first->type == XML_ELEMENT_NODE) {
-    // A name with a colon but no namespace goes through XPath in Parse.
-    if (xmlStrchr(first->name, ':') != nullptr) return false;
+    // Parse matches other names through XPath (a colon without a namespace,
+    // characters the name check does not take).
+    if (!IsNcName(reinterpret_cast<const char*>(first->name))) return false;
     tag = first->name;
   }
   // One pass over the children both checks that they are plain and reads

@@ -97,6 +97,8 @@ TEST(ItemsElementTest, PlainRowsReadInPlaceAsTheirTextParsesAndOthersAreRefused)
       {"<row><col name='\xC3\xA9' value='\xE2\x82\xAC'/></row>", true},
       {"<row><col name='a' value='1'/><?pi data?></row>", true},
       {"<row><?pi data?><col name='a' value='1'/></row>", false},
+      // A name the parser takes but the name check of Parse does not.
+      {"<row><x\xEF\xBB\xBFy name='a' value='1'/></row>", false},
       {"<row xmlns:p='urn:p'><col name='a' value='1'/></row>", false},
       {"<row><col p:extra='1' name='a' value='1' xmlns:p='urn:p'/></row>", false},
       {"<row><p:col name='a' value='1' xmlns:p='urn:p'/></row>", false},
