@@ -3,16 +3,13 @@
 // with the class's own fetch, parse it into items, and set each field from
 // GetItemValueByName. Rows of every shape the held document can have are
 // generated at random; the table is compared after every export.
+#include <functional>
 #include <random>
 #include <string>
 #include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "datasets/dataset_access.h"
 #include "veld/datasets/kvo_dataset.h"
@@ -20,43 +17,21 @@
 #include "veld/items/kvo_general_items.h"
 #include "veld/xmlhelper/kvo_progress_updater.h"
 
+#include "support/child_process.h"
+#include "support/sqlite_file.h"
 #include "support/testing.h"
 
 namespace veld {
 namespace {
 
-using Rows = std::vector<std::vector<std::string>>;
+using Rows = testing::SqliteRowList;
 
 const std::vector<std::string> kFields = {"a", "b", "c", "note", "x"};
 
-void Exec(const std::string& path, const std::string& sql) {
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-  char* error = nullptr;
-  if (sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
-    ADD_FAILURE() << sql << ": " << error;
-    sqlite3_free(error);
-  }
-  sqlite3_close(db);
-}
+void Exec(const std::string& path, const std::string& sql) { testing::SqliteExec(path, sql); }
 
 Rows TableRows(const std::string& path) {
-  Rows rows;
-  sqlite3* db = nullptr;
-  sqlite3_open(path.c_str(), &db);
-  sqlite3_stmt* select = nullptr;
-  sqlite3_prepare_v2(db, "SELECT a, b, c, note, x FROM t ORDER BY rowid", -1, &select, nullptr);
-  while (sqlite3_step(select) == SQLITE_ROW) {
-    std::vector<std::string> row;
-    for (int i = 0; i < 5; ++i) {
-      const unsigned char* text = sqlite3_column_text(select, i);
-      row.push_back(text != nullptr ? reinterpret_cast<const char*>(text) : "<null>");
-    }
-    rows.push_back(row);
-  }
-  sqlite3_finalize(select);
-  sqlite3_close(db);
-  return rows;
+  return testing::SqliteRows(path, "SELECT a, b, c, note, x FROM t ORDER BY rowid");
 }
 
 bool FetchRow(KvoDatasetO& dataset, const std::string& id, int32_t i, std::string& text) {
@@ -312,7 +287,7 @@ TEST(ExportReferenceOrderTest, FailingValueBeforeAnUnfetchableRowIsTheRecordedEr
   EXPECT_EQ(dataset.GetLastError(),
             "The value 'lots' cannot be converted to the type INTEGER of field 'n'.(ERR#: "
             "-2147217913)");
-  EXPECT_TRUE(TableRows(path).empty());
+  EXPECT_TRUE(testing::SqliteRows(path, "SELECT n FROM t").empty());
 }
 
 // A process killed in the middle of an export, its transaction open and
@@ -324,33 +299,16 @@ TYPED_TEST(ExportReferenceTest, ProcessKilledInTheMiddleOfAnExportLeavesTheTable
     xml += "<row><col name=\"a\" value=\"" + std::to_string(i) + "\"/></row>";
   }
   ASSERT_TRUE(this->dataset_.Parse(xml + "</data></dataset>"));
-  int ready[2];
-  ASSERT_EQ(pipe(ready), 0);
-  const pid_t child = fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    close(ready[0]);
+  const bool killed = testing::KillChildWhenReady([&](const std::function<void()>& ready) {
     auto updater = std::make_shared<KvoProgressUpdater>();
     Connection connection =
         updater->Connect([&](int32_t total, int32_t current, const std::string&) {
-          if (current < total / 2) return;
-          const char byte = 'x';
-          if (write(ready[1], &byte, 1) != 1) _exit(2);
-          pause();
+          if (current >= total / 2) ready();
         });
     this->dataset_.SetProgressUpdater(updater);
     this->dataset_.SaveDataToMDBTable("D", this->path_, "t", "", "", true);
-    _exit(1);
-  }
-  close(ready[1]);
-  char byte = 0;
-  const bool child_ready = read(ready[0], &byte, 1) == 1;
-  close(ready[0]);
-  kill(child, SIGKILL);
-  int status = 0;
-  waitpid(child, &status, 0);
-  ASSERT_TRUE(child_ready) << "the child failed before it was in the middle of the export";
-  EXPECT_TRUE(WIFSIGNALED(status));
+  });
+  ASSERT_TRUE(killed) << "the child ended before it was in the middle of the export";
   EXPECT_EQ(TableRows(this->path_), (Rows{{"old", "<null>", "<null>", "kept", "<null>"}}));
 }
 

@@ -5,17 +5,17 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "veld/datasets/kvo_dataset.h"
 #include "veld/datasets/kvo_dataset_o.h"
 
+#include "support/sqlite_file.h"
 #include "support/testing.h"
 
 namespace veld {
 namespace {
 
-using Rows = std::vector<std::vector<std::string>>;
+using Rows = testing::SqliteRowList;
 
 const char kOrders[] =
     "<dataset><data guid=\"D1\">"
@@ -36,35 +36,10 @@ class DatasetExportTest : public ::testing::Test {
     ASSERT_TRUE(dataset_.Parse(kOrders)) << dataset_.GetLastError();
   }
 
-  void Exec(const std::string& sql) {
-    sqlite3* db = nullptr;
-    sqlite3_open(path_.c_str(), &db);
-    char* error = nullptr;
-    if (sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
-      ADD_FAILURE() << sql << ": " << error;
-      sqlite3_free(error);
-    }
-    sqlite3_close(db);
-  }
+  void Exec(const std::string& sql) { testing::SqliteExec(path_, sql); }
 
   Rows Orders() {
-    Rows rows;
-    sqlite3* db = nullptr;
-    sqlite3_open(path_.c_str(), &db);
-    sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(db, "SELECT id, Amount, qty, note FROM orders ORDER BY id", -1, &statement,
-                       nullptr);
-    while (sqlite3_step(statement) == SQLITE_ROW) {
-      std::vector<std::string> row;
-      for (int i = 0; i < 4; ++i) {
-        const unsigned char* text = sqlite3_column_text(statement, i);
-        row.push_back(text != nullptr ? reinterpret_cast<const char*>(text) : "<null>");
-      }
-      rows.push_back(row);
-    }
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    return rows;
+    return testing::SqliteRows(path_, "SELECT id, Amount, qty, note FROM orders ORDER BY id");
   }
 
   testing::TempDir dir_;

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "veld/datasets/kvo_dataset.h"
 #include "veld/datasets/kvo_dataset_o.h"
 #include "veld/xmlhelper/kvo_progress_updater.h"
 
+#include "support/sqlite_file.h"
 #include "support/testing.h"
 
 namespace veld {
@@ -94,10 +94,7 @@ TYPED_TEST(DatasetProgressTest, DetachedNotifierHearsNothing) {
 TYPED_TEST(DatasetProgressTest, ExportTellsProgressAndAThrowingListenerStopsIt) {
   testing::TempDir dir;
   const std::string db = dir.File("t.db");
-  sqlite3* handle = nullptr;
-  ASSERT_EQ(sqlite3_open(db.c_str(), &handle), SQLITE_OK);
-  sqlite3_exec(handle, "CREATE TABLE t (n INTEGER)", nullptr, nullptr, nullptr);
-  sqlite3_close(handle);
+  testing::SqliteExec(db, "CREATE TABLE t (n INTEGER)");
   ASSERT_TRUE(this->dataset_.Parse(Rows(1000)));
   this->dataset_.SetProgressUpdater(this->updater_);
   ASSERT_TRUE(this->dataset_.SaveDataToMDBTable("D", db, "t")) << this->dataset_.GetLastError();
@@ -108,13 +105,8 @@ TYPED_TEST(DatasetProgressTest, ExportTellsProgressAndAThrowingListenerStopsIt) 
   });
   EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D", db, "t", "", "", true));
   EXPECT_EQ(this->dataset_.GetLastError(), "stopped by the listener(ERR#: 440)");
-  ASSERT_EQ(sqlite3_open(db.c_str(), &handle), SQLITE_OK);
-  sqlite3_stmt* count = nullptr;
-  sqlite3_prepare_v2(handle, "SELECT count(*) FROM t", -1, &count, nullptr);
-  ASSERT_EQ(sqlite3_step(count), SQLITE_ROW);
-  EXPECT_EQ(sqlite3_column_int(count, 0), 1000);  // the first export only
-  sqlite3_finalize(count);
-  sqlite3_close(handle);
+  // The first export only.
+  EXPECT_EQ(testing::SqliteRows(db, "SELECT count(*) FROM t"), testing::SqliteRowList{{"1000"}});
 }
 
 }  // namespace

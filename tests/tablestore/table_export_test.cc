@@ -4,18 +4,18 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
 #include "veld/tablestore/table_store.h"
 
+#include "support/sqlite_file.h"
 #include "support/testing.h"
 
 namespace veld {
 namespace {
 
-using Rows = std::vector<std::vector<std::string>>;
+using Rows = testing::SqliteRowList;
 
 class TableExportTest : public ::testing::Test {
  protected:
@@ -26,35 +26,9 @@ class TableExportTest : public ::testing::Test {
         "note TEXT)");
   }
 
-  void Exec(const std::string& sql) {
-    sqlite3* db = nullptr;
-    sqlite3_open(path_.c_str(), &db);
-    char* error = nullptr;
-    if (sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
-      ADD_FAILURE() << sql << ": " << error;
-      sqlite3_free(error);
-    }
-    sqlite3_close(db);
-  }
+  void Exec(const std::string& sql) { testing::SqliteExec(path_, sql); }
 
-  Rows Query(const std::string& sql) {
-    Rows rows;
-    sqlite3* db = nullptr;
-    sqlite3_open(path_.c_str(), &db);
-    sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr);
-    while (sqlite3_step(statement) == SQLITE_ROW) {
-      std::vector<std::string> row;
-      for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-        const unsigned char* text = sqlite3_column_text(statement, i);
-        row.push_back(text != nullptr ? reinterpret_cast<const char*>(text) : "<null>");
-      }
-      rows.push_back(row);
-    }
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    return rows;
-  }
+  Rows Query(const std::string& sql) { return testing::SqliteRows(path_, sql); }
 
   // Exports row texts (items XML), parsing each the way the export does.
   bool Export(const std::vector<std::string>& rows, bool clear_first = false,

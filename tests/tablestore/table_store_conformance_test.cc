@@ -5,22 +5,21 @@
 // way as the test tablestore.postgresql.
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sql.h>
 #include <sqlext.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "veld/runtime/automation_error.h"
 #include "veld/tablestore/table_store.h"
 
+#include "support/child_process.h"
 #include "support/testing.h"
 
 namespace veld {
@@ -365,38 +364,19 @@ TEST_P(TableStoreTest, OutOfRangeIntegerFails) {
 
 TEST_P(TableStoreTest, ProcessKilledDuringAnExportLeavesTheTableAsItWas) {
   database_->Exec("INSERT INTO orders (id, code, note) VALUES (9, 'OLD', 'kept')");
-  int ready[2];
-  ASSERT_EQ(pipe(ready), 0);
-  const pid_t child = fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    close(ready[0]);
-    try {
-      auto store = Open();
-      store->BeginTrans();
-      store->DeleteAllRecords("orders");
-      auto cursor = store->OpenTable("orders");
-      for (int i = 0; i < 500; ++i) {
-        cursor->AddNew();
-        cursor->SetFieldValue(0, std::to_string(i));
-        cursor->Update();
-      }
-      const char byte = 'x';
-      if (write(ready[1], &byte, 1) != 1) _exit(2);
-      pause();
-    } catch (...) {
+  const bool killed = testing::KillChildWhenReady([&](const std::function<void()>& ready) {
+    auto store = Open();
+    store->BeginTrans();
+    store->DeleteAllRecords("orders");
+    auto cursor = store->OpenTable("orders");
+    for (int i = 0; i < 500; ++i) {
+      cursor->AddNew();
+      cursor->SetFieldValue(0, std::to_string(i));
+      cursor->Update();
     }
-    _exit(1);
-  }
-  close(ready[1]);
-  char byte = 0;
-  const bool child_ready = read(ready[0], &byte, 1) == 1;
-  close(ready[0]);
-  kill(child, SIGKILL);
-  int status = 0;
-  waitpid(child, &status, 0);
-  ASSERT_TRUE(child_ready) << "the child failed before it was in the middle of the export";
-  EXPECT_TRUE(WIFSIGNALED(status));
+    ready();
+  });
+  ASSERT_TRUE(killed) << "the child ended before it was in the middle of the export";
   // A new connection sees the table as it was (SQLite rolls the journal back;
   // the server drops the dead connection's transaction).
   auto store = Open();
