@@ -12,6 +12,10 @@
 //   by_id             KvoDatasetO::GetDataRow for every row ID
 //   serialize_only    the baseline of the three above: each row written out
 //                     with xmlNodeDump, reached by walking the tree
+//   delete_read_positional  KvoDataset: DeleteDataRow at a random position,
+//                     then GetDataRow at another, for half the rows
+//   delete_read_by_id KvoDatasetO: DeleteDataRow of a random row ID, then
+//                     GetDataRowByIndex at a random position, as often
 //   keycol_unique     GetDataRowIDArrayByKeyCol on a unique value (x20)
 //   keycol_frequent   GetDataRowIDArrayByKeyCol on a value of a quarter of
 //                     the rows (x20)
@@ -21,11 +25,13 @@
 //                     "row[col[@name='kind' and @value='F1']]" on the data
 //                     element of a raw parse (x20)
 // The reading phases report the time of the reads alone.
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -176,6 +182,30 @@ int main(int argc, char** argv) {
     return total > 0 ? 0 : 1;
   }
   std::string bytes = ReadAll(file);
+  if (phase == "delete_read_positional") {
+    // Alternating: delete the row at a random position, read the row at
+    // another; both calls counted.
+    veld::KvoDataset ds;
+    if (!ds.Parse(bytes)) return 1;
+    bytes.clear();
+    bytes.shrink_to_fit();
+    std::string id;
+    ds.GetDataID(1, id);
+    int32_t count = ds.GetDataRowCount(id);
+    const int32_t pairs = count / 2;
+    std::mt19937 random(7);
+    std::string row;
+    size_t total = 0;
+    auto start = Clock::now();
+    for (int32_t i = 0; i < pairs; ++i) {
+      if (!ds.DeleteDataRow(id, 1 + static_cast<int32_t>(random() % count))) return 1;
+      --count;
+      if (!ds.GetDataRow(id, 1 + static_cast<int32_t>(random() % count), row)) return 1;
+      total += row.size();
+    }
+    Report(argv[1], start, 2L * pairs);
+    return total > 0 ? 0 : 1;
+  }
   if (phase == "positional") {
     veld::KvoDataset ds;
     if (!ds.Parse(bytes)) return 1;
@@ -219,6 +249,23 @@ int main(int argc, char** argv) {
       total += row.size();
     }
     Report(argv[1], start, count);
+  } else if (phase == "delete_read_by_id") {
+    // Alternating: delete a random row by its ID, read the row at a random
+    // position by index; both calls counted.
+    std::vector<std::string> ids(static_cast<size_t>(count));
+    for (int32_t i = 1; i <= count; ++i) ds.GetDataRowID(id, i, ids[static_cast<size_t>(i) - 1]);
+    std::shuffle(ids.begin(), ids.end(), std::mt19937(7));
+    const int32_t pairs = count / 2;
+    std::mt19937 random(11);
+    int32_t left = count;
+    auto start = Clock::now();
+    for (int32_t i = 0; i < pairs; ++i) {
+      if (!ds.DeleteDataRow(id, ids[static_cast<size_t>(i)])) return 1;
+      --left;
+      if (!ds.GetDataRowByIndex(id, 1 + static_cast<int32_t>(random() % left), row)) return 1;
+      total += row.size();
+    }
+    Report(argv[1], start, 2L * pairs);
   } else if (phase == "keycol_unique" || phase == "keycol_frequent") {
     const bool unique = phase == "keycol_unique";
     std::vector<std::string> found;

@@ -229,26 +229,9 @@ void MoveNode(xmlNodePtr node, xmlNodePtr parent, xmlNodePtr ref) {
 
 // --- DatasetStore ---
 
-void DatasetStore::NotePosition(xmlNodePtr row, int32_t n) {
-  last_row_ = row;
-  last_position_ = n;
-}
-
-int64_t DatasetStore::KnownSlot(const RowIndex& index, xmlNodePtr row) const {
-  if (!index.order_valid || index.order.empty()) return -1;
-  if (index.order.back() == row) return static_cast<int64_t>(index.order.size()) - 1;
-  if (row == last_row_ && last_position_ >= 1 &&
-      static_cast<size_t>(last_position_) <= index.order.size() &&
-      index.order[static_cast<size_t>(last_position_) - 1] == row) {
-    return last_position_ - 1;
-  }
-  return -1;
-}
-
 void DatasetStore::Forget() {
   ++data_version_;
   resolved_valid_ = false;
-  last_row_ = nullptr;
   data_valid_ = false;
   data_.clear();
   rows_.clear();
@@ -382,17 +365,20 @@ DatasetStore::RowIndex& DatasetStore::IndexOf(xmlNodePtr data) {
   return rows_[data];
 }
 
-const std::vector<xmlNodePtr>& DatasetStore::RowsOf(xmlNodePtr data) {
+RowOrder& DatasetStore::OrderOf(xmlNodePtr data) {
   RowIndex& index = IndexOf(data);
   if (!index.order_valid) {
-    index.order.clear();
+    std::vector<xmlNodePtr> rows;
     for (xmlNodePtr child = data->children; child != nullptr; child = child->next) {
-      if (IsNamed(child, "row")) index.order.push_back(child);
+      if (IsNamed(child, "row")) rows.push_back(child);
     }
+    index.order.Assign(std::move(rows));
     index.order_valid = true;
   }
   return index.order;
 }
+
+const std::vector<xmlNodePtr>& DatasetStore::RowsOf(xmlNodePtr data) { return OrderOf(data).All(); }
 
 DatasetStore::RowIndex& DatasetStore::GuidIndexOf(xmlNodePtr data) {
   RowIndex& index = IndexOf(data);
@@ -466,12 +452,14 @@ std::vector<xmlNodePtr> DatasetStore::SelectRowsByPosition(const std::string& da
   if (ref.indexed) {
     std::vector<xmlNodePtr> rows;
     for (xmlNodePtr data : ref.matches) {
-      const std::vector<xmlNodePtr>& order = RowsOf(data);
       if (n < 0) {
-        rows.insert(rows.end(), order.begin(), order.end());
-      } else if (n >= 1 && static_cast<size_t>(n) <= order.size()) {
-        rows.push_back(order[static_cast<size_t>(n) - 1]);
-        NotePosition(rows.back(), n);
+        const std::vector<xmlNodePtr>& all = RowsOf(data);
+        rows.insert(rows.end(), all.begin(), all.end());
+        continue;
+      }
+      RowOrder& order = OrderOf(data);
+      if (n >= 1 && static_cast<size_t>(n) <= order.size()) {
+        rows.push_back(order.At(static_cast<size_t>(n) - 1));
       }
     }
     return rows;
@@ -484,9 +472,9 @@ std::vector<xmlNodePtr> DatasetStore::SelectRowsByPosition(const std::string& da
 xmlNodePtr DatasetStore::IndexedRowAt(const std::string& data_id, int32_t n) {
   const DataRef& ref = ResolveData(data_id);
   if (!ref.indexed || ref.matches.size() != 1 || n < 1) return nullptr;
-  const std::vector<xmlNodePtr>& order = RowsOf(ref.matches.front());
+  RowOrder& order = OrderOf(ref.matches.front());
   if (static_cast<size_t>(n) > order.size()) return nullptr;
-  return order[static_cast<size_t>(n) - 1];
+  return order.At(static_cast<size_t>(n) - 1);
 }
 
 xmlNodePtr DatasetStore::FirstRowWithIdOf(xmlNodePtr row) {
@@ -531,7 +519,7 @@ xmlNodePtr DatasetStore::AppendNewRow(xmlNodePtr data, const std::string& guid) 
   }
   xi::LinkChild(data, raw, nullptr);
   RowIndex& index = IndexOf(data);
-  if (index.order_valid) index.order.push_back(raw);
+  if (index.order_valid) index.order.PushBack(raw);
   if (index.guid_valid) {
     GuidSlot& slot = index.by_guid[guid];
     if (slot.count++ == 0) {
@@ -549,7 +537,7 @@ void DatasetStore::InsertChild(xmlNodePtr data, xmlNodePtr node, xmlNodePtr ref)
   if (!IsNamed(node, "row")) return;
   RowIndex& index = IndexOf(data);
   if (ref == nullptr) {
-    if (index.order_valid) index.order.push_back(node);
+    if (index.order_valid) index.order.PushBack(node);
   } else {
     index.order_valid = false;
   }
@@ -574,15 +562,7 @@ void DatasetStore::NoteRemoval(xmlNodePtr node) {
   auto found = rows_.find(parent);
   if (found == rows_.end()) return;
   RowIndex& index = found->second;
-  if (index.order_valid) {
-    int64_t slot = KnownSlot(index, node);
-    if (slot >= 0) {
-      index.order.erase(index.order.begin() + slot);
-    } else {
-      index.order_valid = false;
-    }
-  }
-  if (node == last_row_) last_row_ = nullptr;
+  if (index.order_valid && !index.order.Remove(node)) index.order_valid = false;
   if (index.guid_valid) {
     const xmlAttr* attr = FindPlainAttribute(node, "guid");
     if (attr != nullptr) {
@@ -613,7 +593,7 @@ void DatasetStore::RemoveElementChildren(xmlNodePtr parent) {
   }
   auto found = rows_.find(parent);
   if (found != rows_.end()) {
-    found->second.order.clear();
+    found->second.order.Clear();
     found->second.order_valid = true;
     found->second.by_guid.clear();
     found->second.repeated = 0;
@@ -633,20 +613,14 @@ void DatasetStore::RemoveSelected(const std::string& xpath) {
 void DatasetStore::Replace(xmlNodePtr data, xmlNodePtr node, xmlNodePtr old) {
   Sync();
   RowIndex& index = IndexOf(data);
-  int64_t slot = IsNamed(old, "row") ? KnownSlot(index, old) : -1;
+  const bool old_row = IsNamed(old, "row");
+  const bool new_row = IsNamed(node, "row");
   MoveNode(node, data, old);
   xi::OrphanNode(dom_, old);
-  if (old == last_row_) last_row_ = nullptr;
-  bool old_row = IsNamed(old, "row");
-  bool new_row = IsNamed(node, "row");
   index.guid_valid = false;
   if (!old_row && !new_row) return;
-  if (old_row && slot >= 0) {
-    if (new_row) {
-      index.order[static_cast<size_t>(slot)] = node;
-    } else {
-      index.order.erase(index.order.begin() + slot);
-    }
+  if (old_row && index.order_valid &&
+      (new_row ? index.order.Replace(old, node) : index.order.Remove(old))) {
     return;
   }
   index.order_valid = false;

@@ -18,6 +18,7 @@
 
 #include <libxml/tree.h>
 
+#include "datasets/row_order.h"
 #include "veld/xml/xml_document.h"
 
 namespace veld::datasets_internal {
@@ -154,6 +155,8 @@ class DatasetStore {
 
   // All "row" children of `data`, in order.
   const std::vector<xmlNodePtr>& RowsOf(xmlNodePtr data);
+  // The same, addressed by position.
+  RowOrder& OrderOf(xmlNodePtr data);
   // The rows of `data` whose "guid" is exactly `guid`; `count` tells how many
   // there are (the first is returned).
   xmlNodePtr RowByGuid(xmlNodePtr data, const std::string& guid, int32_t& count);
@@ -209,7 +212,7 @@ class DatasetStore {
   };
   struct RowIndex {
     bool order_valid = false;
-    std::vector<xmlNodePtr> order;
+    RowOrder order;
     bool guid_valid = false;
     std::unordered_map<std::string, GuidSlot> by_guid;
     // Rows of by_guid beyond the first of their ID: 0 when IDs are unique.
@@ -223,24 +226,16 @@ class DatasetStore {
   RowIndex& GuidIndexOf(xmlNodePtr data);
   // Called before `node` leaves the tree.
   void NoteRemoval(xmlNodePtr node);
-
-  // Where the last row found by position sat, so that removing or replacing
-  // that row keeps the position index without a rebuild.
-  void NotePosition(xmlNodePtr row, int32_t n);
   DataRef Resolve(const std::string& id);
-  // The 0-based slot of `row` in `index.order` when known, else -1.
-  int64_t KnownSlot(const RowIndex& index, xmlNodePtr row) const;
 
   XmlDocument& dom_;
   xmlDocPtr synced_doc_ = nullptr;
-  xmlNodePtr last_row_ = nullptr;
   // Changes whenever the data elements may have changed.
   uint64_t data_version_ = 0;
   bool resolved_valid_ = false;
   uint64_t resolved_version_ = 0;
   std::string resolved_id_;
   DataRef resolved_;
-  int32_t last_position_ = 0;
   // Reused by FirstRowWithIdOf.
   std::string guid_scratch_;
   bool data_valid_ = false;
