@@ -363,6 +363,15 @@ bool KvoDatasetO::GetDataRowByIndex(const std::string& sDataID, int32_t nRowInde
                                     std::string& sDataRowXml) {
   bool result = false;
   Recorded([&] {
+    // The row at that position and the first row with its ID, from the
+    // indexes, when they can stand in for the two lookups.
+    if (xmlNodePtr at = store_->IndexedRowAt(sDataID, nRowIndex)) {
+      if (xmlNodePtr row = store_->FirstRowWithIdOf(at)) {
+        sDataRowXml = NodeText(row);
+        result = true;
+        return;
+      }
+    }
     std::string id;
     if (!GetDataRowID(sDataID, nRowIndex, id)) {
       sDataRowXml.clear();

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
 #include <unicode/ustring.h>
 
 #include "veld/platform/platform.h"
@@ -24,6 +25,15 @@ using ConverterPtr = std::unique_ptr<UConverter, ConverterCloser>;
   RaiseError(errnum::kInvalidProcedureCall, "Unknown code page \"" + name + "\"");
 }
 
+void SubstituteEveryUnmappable(const void* /*context*/, UConverterFromUnicodeArgs* args,
+                               const UChar* /*units*/, int32_t /*length*/, UChar32 /*code_point*/,
+                               UConverterCallbackReason reason, UErrorCode* error) {
+  // Resets, clones and closes come here too; they write nothing.
+  if (reason > UCNV_IRREGULAR) return;
+  *error = U_ZERO_ERROR;
+  ucnv_cbFromUWriteSub(args, 0, error);
+}
+
 // The ANSI converter of the calling thread. ICU converters carry state and
 // are not thread-safe, so each thread keeps its own, one per code-page name
 // (the platform may change between calls).
@@ -38,9 +48,13 @@ UConverter& AnsiConverter() {
   ConverterPtr converter(ucnv_open(name.c_str(), &status));
   // Aliases such as "windows-1252" open with a warning; only failures count.
   if (U_FAILURE(status) || converter == nullptr) RaiseUnknownCodePage(name);
-  // "?" rendered in the target code page replaces what it cannot encode.
+  // "?" rendered in the target code page replaces what it cannot encode,
+  // every such character alike: ICU's own substitution would drop those that
+  // are ignorable in display (U+034F, U+2060, ...), which Windows does not.
   static constexpr UChar kQuestionMark[] = {u'?'};
   ucnv_setSubstString(converter.get(), kQuestionMark, 1, &status);
+  ucnv_setFromUCallBack(converter.get(), &SubstituteEveryUnmappable, nullptr, nullptr, nullptr,
+                        &status);
   ucnv_setFallback(converter.get(), false);
   if (U_FAILURE(status)) RaiseUnknownCodePage(name);
   return *cache.emplace(name, std::move(converter)).first->second;

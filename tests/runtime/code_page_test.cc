@@ -44,7 +44,12 @@ TEST(CodePageTest, UnmappableCharactersBecomeQuestionMarks) {
                         "b"),
             "a?b");                                 // Ā: no best fit to "A"
   EXPECT_EQ(ToAnsiBytes("\xF0\x9F\x98\x80"), "?");  // One "?" per character.
-  EXPECT_EQ(ToAnsiBytes("x\xFFy"), "x?y");          // Ill-formed UTF-8.
+  // Characters that are ignorable in display are not dropped either.
+  EXPECT_EQ(ToAnsiBytes("\xCD\x8F\xCD\x8F"), "??");  // U+034F twice
+  EXPECT_EQ(ToAnsiBytes("a\xE2\x81\xA0"
+                        "b"),
+            "a?b");                         // U+2060
+  EXPECT_EQ(ToAnsiBytes("x\xFFy"), "x?y");  // Ill-formed UTF-8.
 }
 
 TEST(CodePageTest, EveryWindows1252ByteRoundTrips) {
