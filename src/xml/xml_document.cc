@@ -74,15 +74,7 @@ bool XmlDocument::LoadXml(const std::string& text) {
 }
 
 bool XmlDocument::Load(const std::string& path) {
-  std::string bytes;
-  xml_internal::FileError file_error;
-  if (!xml_internal::ReadFileBytes(path, bytes, file_error)) {
-    xml_internal::ParseResult unread;
-    unread.error = XmlParseError(file_error.number, file_error.reason, 0, 0, "", path);
-    return TakeParsed(*state_, std::move(unread));
-  }
-  return TakeParsed(
-      *state_, xml_internal::ParseDocument(bytes, xml_internal::TextEncoding::kDeclared, path));
+  return TakeParsed(*state_, xml_internal::ParseFileDocument(path));
 }
 
 const XmlParseError& XmlDocument::ParseError() const { return state_->parse_error; }

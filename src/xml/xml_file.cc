@@ -54,6 +54,26 @@ size_t RegularFileSize(std::FILE* file) {
   return status.st_size > 0 ? static_cast<size_t>(status.st_size) : 0;
 }
 
+bool IsDirectory(std::FILE* file) {
+#ifdef _WIN32
+  struct _stat64 status;
+  return _fstat64(_fileno(file), &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFDIR;
+#else
+  struct stat status;
+  return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
+#endif
+}
+
+bool IsRegularFile(std::FILE* file) {
+#ifdef _WIN32
+  struct _stat64 status;
+  return _fstat64(_fileno(file), &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
+#else
+  struct stat status;
+  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
+#endif
+}
+
 }  // namespace
 
 bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error) {
@@ -90,6 +110,44 @@ bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error
   }
   return true;
 }
+
+InputFile::~InputFile() {
+  if (file_ != nullptr) std::fclose(file_);
+}
+
+bool InputFile::Open(const std::string& path, FileError& error) {
+  if (path.empty()) {
+    error = {errnum::kXmlPathNotFound, "The system cannot find the path specified."};
+    return false;
+  }
+  errno = 0;
+  FilePtr file(std::fopen(path.c_str(), "rb"));
+  if (!file) {
+    error = DescribeFileError(errno, true);
+    return false;
+  }
+  // A directory opens but cannot be read.
+  if (IsDirectory(file.get())) {
+    error = DescribeFileError(EISDIR, true);
+    return false;
+  }
+  regular_ = IsRegularFile(file.get());
+  size_ = RegularFileSize(file.get());
+  file_ = file.release();
+  return true;
+}
+
+int InputFile::Read(char* buffer, int length) {
+  if (file_ == nullptr || length <= 0) return 0;
+  const size_t got = std::fread(buffer, 1, static_cast<size_t>(length), file_);
+  if (got == 0 && std::ferror(file_)) {
+    read_errno_ = errno != 0 ? errno : EIO;
+    return -1;
+  }
+  return static_cast<int>(got);
+}
+
+FileError InputFile::error() const { return DescribeFileError(read_errno_, true); }
 
 void WriteFileBytes(const std::string& path, std::string_view bytes) {
   auto fail = [](int error_number) {

@@ -3,7 +3,9 @@
 #ifndef VELD_XML_XML_FILE_H_
 #define VELD_XML_XML_FILE_H_
 
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <string_view>
 
@@ -20,6 +22,34 @@ struct FileError {
 // Reads the whole file at `path` into `bytes`. On failure returns false with
 // `error` saying why (file not found, path not found, access denied, ...).
 bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error);
+
+// A file open for reading in pieces, as the parser reads a document.
+class InputFile {
+ public:
+  InputFile() = default;
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  ~InputFile();
+
+  // Opens `path`. On failure returns false with `error` saying why, as
+  // ReadFileBytes would (a directory is "Access is denied.").
+  bool Open(const std::string& path, FileError& error);
+  // The size of the file when it was opened (0 for what is not a regular
+  // file).
+  size_t size() const { return size_; }
+  bool regular() const { return regular_; }
+  // Reads up to `length` bytes into `buffer`: the number read, 0 at the end,
+  // -1 on a failure, which error() then describes.
+  int Read(char* buffer, int length);
+  bool failed() const { return read_errno_ != 0; }
+  FileError error() const;
+
+ private:
+  std::FILE* file_ = nullptr;
+  size_t size_ = 0;
+  bool regular_ = false;
+  int read_errno_ = 0;
+};
 
 // Writes `bytes` to `path`, replacing the file. Raises errnum::kXmlPathNotFound,
 // errnum::kXmlAccessDenied or errnum::kXmlFailure on failure.

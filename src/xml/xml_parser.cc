@@ -11,6 +11,7 @@
 #include "veld/runtime/automation_error.h"
 #include "xml/document_core.h"
 #include "xml/xml_errors.h"
+#include "xml/xml_file.h"
 #include "xml/xml_tree.h"
 
 namespace veld::xml_internal {
@@ -161,20 +162,21 @@ ParseResult Failure(int code, std::string reason, int line, int column, std::str
 
 }  // namespace
 
-ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const std::string& url) {
-  EnsureXmlLibrary();
-  if (bytes.empty()) return Failure(XML_ERR_DOCUMENT_EMPTY, "Document is empty", 1, 1, bytes, url);
-  if (bytes.size() > static_cast<size_t>(INT_MAX)) {
-    return Failure(XML_ERR_INTERNAL_ERROR, "The document is too large.", 0, 0, bytes, url);
-  }
+namespace {
 
+// Parses the input `make_context` sets up, without touching the network,
+// loading external DTDs or expanding external entities, and drops
+// whitespace-only text nodes. `source_text` gives the document's bytes; it is
+// asked only for a failure's line text.
+template <class MakeContext, class SourceText>
+ParseResult Parse(MakeContext make_context, TextEncoding encoding, const std::string& url,
+                  SourceText source_text) {
   ErrorCollector errors;
   ParseState state{&errors, {}};
   // Encoding conversion errors and the like are reported without the
   // parser context; they must not reach stderr either.
   ScopedErrorCapture capture(errors);
-  ParserCtxtPtr ctxt(xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
-  if (!ctxt) throw std::bad_alloc();
+  ParserCtxtPtr ctxt = make_context();
   // Never NOENT (would expand external entities), DTDLOAD (would fetch the
   // external subset) or HUGE (would lift the entity expansion limits).
   int options = XML_PARSE_NONET;
@@ -199,7 +201,7 @@ ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const s
     const ErrorDetail& first = errors.First();
     std::string reason = errors.Message();
     if (reason.empty()) reason = "The document is not well-formed.";
-    return Failure(first.code, std::move(reason), first.line, first.column, bytes, url);
+    return Failure(first.code, std::move(reason), first.line, first.column, source_text(), url);
   }
   MarkUtf8(doc.get());
   if (!url.empty()) doc->URL = xmlPathToURI(XmlText(url));
@@ -208,6 +210,75 @@ ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const s
   ParseResult result;
   result.doc = std::move(doc);
   result.facts = state.facts;
+  return result;
+}
+
+int ReadInputFile(void* context, char* buffer, int length) {
+  return static_cast<InputFile*>(context)->Read(buffer, length);
+}
+
+ParseResult Unread(const FileError& error, const std::string& path) {
+  ParseResult result;
+  result.error = XmlParseError(error.number, error.reason, 0, 0, "", path);
+  return result;
+}
+
+}  // namespace
+
+ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const std::string& url) {
+  EnsureXmlLibrary();
+  if (bytes.empty()) return Failure(XML_ERR_DOCUMENT_EMPTY, "Document is empty", 1, 1, bytes, url);
+  if (bytes.size() > static_cast<size_t>(INT_MAX)) {
+    return Failure(XML_ERR_INTERNAL_ERROR, "The document is too large.", 0, 0, bytes, url);
+  }
+  return Parse(
+      [bytes] {
+        ParserCtxtPtr ctxt(xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
+        if (!ctxt) throw std::bad_alloc();
+        return ctxt;
+      },
+      encoding, url, [bytes] { return bytes; });
+}
+
+ParseResult ParseFileDocument(const std::string& path) {
+  EnsureXmlLibrary();
+  InputFile input;
+  FileError file_error;
+  if (!input.Open(path, file_error)) return Unread(file_error, path);
+  // The file is read in pieces as the parser goes, like libxml2's own file
+  // loading but without its decompression: the bytes are the document.
+  std::string bytes;
+  auto source_text = [&]() -> std::string_view {
+    FileError ignored;
+    ReadFileBytes(path, bytes, ignored);
+    return bytes;
+  };
+  if (input.regular() && input.size() == 0) {
+    return Failure(XML_ERR_DOCUMENT_EMPTY, "Document is empty", 1, 1, "", path);
+  }
+  if (input.size() > static_cast<size_t>(INT_MAX)) {
+    return Failure(XML_ERR_INTERNAL_ERROR, "The document is too large.", 0, 0, "", path);
+  }
+  ParseResult result = Parse(
+      [&] {
+        ParserCtxtPtr ctxt(xmlNewParserCtxt());
+        if (!ctxt) throw std::bad_alloc();
+        xmlParserInputBufferPtr buffer =
+            xmlParserInputBufferCreateIO(&ReadInputFile, nullptr, &input, XML_CHAR_ENCODING_NONE);
+        if (buffer == nullptr) throw std::bad_alloc();
+        xmlParserInputPtr stream = xmlNewIOInputStream(ctxt.get(), buffer, XML_CHAR_ENCODING_NONE);
+        if (stream == nullptr) {
+          xmlFreeParserInputBuffer(buffer);
+          throw std::bad_alloc();
+        }
+        if (inputPush(ctxt.get(), stream) < 0) {
+          xmlFreeInputStream(stream);
+          throw std::bad_alloc();
+        }
+        return ctxt;
+      },
+      TextEncoding::kDeclared, path, source_text);
+  if (input.failed()) return Unread(input.error(), path);
   return result;
 }
 

@@ -51,6 +51,11 @@ enum class TextEncoding {
 // none). Never prints.
 ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const std::string& url);
 
+// The same for the file at `path`, read as the parser goes, with the
+// encoding that its byte order mark and declaration give. A file that cannot
+// be opened or read gives the file error (not found, access denied, ...).
+ParseResult ParseFileDocument(const std::string& path);
+
 // Removes whitespace-only text nodes, except below xml:space="preserve" and
 // directly inside xsl:text. True when it kept any.
 bool DropBlankText(xmlDocPtr doc);

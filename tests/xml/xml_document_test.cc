@@ -225,6 +225,50 @@ TEST(XmlDocumentTest, LoadOfMissingFileFailsAndSaysSo) {
   EXPECT_EQ(doc.ParseError().Url(), dir.File("missing.xml"));
 }
 
+// A file is read as the parser goes; what it gives, and how it fails, is
+// what loading the same bytes as text gives (with the file's own encoding).
+TEST(XmlDocumentTest, LoadOfAFileGivesWhatItsBytesGiveAsText) {
+  TempDir dir;
+  const std::string texts[] = {
+      "<a><b x='1'>t</b>\n  <c/></a>",
+      "<a>\n<b></a>",
+      "<a>" + std::string(200000, 'x') + "</a>",
+      "<a>" + std::string(100000, 'x') + "<b></c></a>",
+      "",
+      "   ",
+  };
+  int n = 0;
+  for (const std::string& text : texts) {
+    SCOPED_TRACE(text.substr(0, 40));
+    const std::string path = dir.Write("f" + std::to_string(n++) + ".xml", text);
+    XmlDocument from_file;
+    XmlDocument from_text;
+    EXPECT_EQ(from_file.Load(path), from_text.LoadXml(text));
+    EXPECT_EQ(from_file.Xml(), from_text.Xml());
+    const XmlParseError& a = from_file.ParseError();
+    const XmlParseError& b = from_text.ParseError();
+    EXPECT_EQ(a.ErrorCode(), b.ErrorCode());
+    EXPECT_EQ(a.Reason(), b.Reason());
+    EXPECT_EQ(a.Line(), b.Line());
+    EXPECT_EQ(a.LinePos(), b.LinePos());
+    EXPECT_EQ(a.SrcText(), b.SrcText());
+    EXPECT_EQ(a.ParserCode(), b.ParserCode());
+  }
+}
+
+// The bytes of the file are the document: a compressed file is not unpacked.
+TEST(XmlDocumentTest, LoadDoesNotUnpackACompressedFile) {
+  TempDir dir;
+  // "<a/>" compressed with gzip.
+  const std::string gzip(
+      "\x1f\x8b\x08\x00\x00\x00\x00\x00\x00\x03\xb3\x49\xd4\xb7\x03\x00"
+      "\xd4\x1c\xd1\x01\x04\x00\x00\x00",
+      24);
+  XmlDocument doc;
+  EXPECT_FALSE(doc.Load(dir.Write("a.xml.gz", gzip)));
+  EXPECT_EQ(doc.ParseError().ErrorCode(), errnum::kXmlFailure);
+}
+
 TEST(XmlDocumentTest, LoadOfDirectoryFailsWithAccessDenied) {
   TempDir dir;
   XmlDocument doc;
