@@ -41,37 +41,29 @@ FileError DescribeFileError(int error_number, bool reading) {
   }
 }
 
-// The size of an open regular file; 0 for anything else (a directory, a
-// pipe, a device), which is then read in chunks as it comes.
-size_t RegularFileSize(std::FILE* file) {
-#ifdef _WIN32
-  struct _stat64 status;
-  if (_fstat64(_fileno(file), &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG) return 0;
-#else
-  struct stat status;
-  if (fstat(fileno(file), &status) != 0 || !S_ISREG(status.st_mode)) return 0;
-#endif
-  return status.st_size > 0 ? static_cast<size_t>(status.st_size) : 0;
-}
+// What an open file is: a directory, a regular file and its size, or
+// something else (a pipe, a device), which is read in chunks as it comes.
+struct FileKind {
+  bool directory = false;
+  bool regular = false;
+  size_t size = 0;
+};
 
-bool IsDirectory(std::FILE* file) {
+FileKind Examine(std::FILE* file) {
+  FileKind kind;
 #ifdef _WIN32
   struct _stat64 status;
-  return _fstat64(_fileno(file), &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFDIR;
+  if (_fstat64(_fileno(file), &status) != 0) return kind;
+  kind.directory = (status.st_mode & _S_IFMT) == _S_IFDIR;
+  kind.regular = (status.st_mode & _S_IFMT) == _S_IFREG;
 #else
   struct stat status;
-  return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
+  if (fstat(fileno(file), &status) != 0) return kind;
+  kind.directory = S_ISDIR(status.st_mode);
+  kind.regular = S_ISREG(status.st_mode);
 #endif
-}
-
-bool IsRegularFile(std::FILE* file) {
-#ifdef _WIN32
-  struct _stat64 status;
-  return _fstat64(_fileno(file), &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
-#else
-  struct stat status;
-  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
-#endif
+  if (kind.regular && status.st_size > 0) kind.size = static_cast<size_t>(status.st_size);
+  return kind;
 }
 
 }  // namespace
@@ -90,7 +82,7 @@ bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error
   }
   // Read straight into a buffer of the file's size; a file that grows
   // meanwhile is read on in chunks, one that shrinks is cut to what came.
-  const size_t expected = RegularFileSize(file.get());
+  const size_t expected = Examine(file.get()).size;
   bytes.resize(expected);
   size_t got = expected > 0 ? std::fread(bytes.data(), 1, expected, file.get()) : 0;
   bytes.resize(got);
@@ -126,13 +118,14 @@ bool InputFile::Open(const std::string& path, FileError& error) {
     error = DescribeFileError(errno, true);
     return false;
   }
+  const FileKind kind = Examine(file.get());
   // A directory opens but cannot be read.
-  if (IsDirectory(file.get())) {
+  if (kind.directory) {
     error = DescribeFileError(EISDIR, true);
     return false;
   }
-  regular_ = IsRegularFile(file.get());
-  size_ = RegularFileSize(file.get());
+  regular_ = kind.regular;
+  size_ = kind.size;
   file_ = file.release();
   return true;
 }
