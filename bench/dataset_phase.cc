@@ -78,6 +78,17 @@ void Report(const char* phase, Clock::time_point start, long calls) {
 
 constexpr int kRawOptions = XML_PARSE_NONET;
 
+// Parses the file's bytes into `ds` and frees them; `id` is the first data
+// element's ID. Returns its row count, or -1 when the parse fails.
+template <class Dataset>
+int32_t ParsedOnce(Dataset& ds, std::string& bytes, std::string& id) {
+  if (!ds.Parse(bytes)) return -1;
+  bytes.clear();
+  bytes.shrink_to_fit();
+  ds.GetDataID(1, id);
+  return ds.GetDataRowCount(id);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -186,12 +197,9 @@ int main(int argc, char** argv) {
     // Alternating: delete the row at a random position, read the row at
     // another; both calls counted.
     veld::KvoDataset ds;
-    if (!ds.Parse(bytes)) return 1;
-    bytes.clear();
-    bytes.shrink_to_fit();
     std::string id;
-    ds.GetDataID(1, id);
-    int32_t count = ds.GetDataRowCount(id);
+    int32_t count = ParsedOnce(ds, bytes, id);
+    if (count < 0) return 1;
     const int32_t pairs = count / 2;
     std::mt19937 random(7);
     std::string row;
@@ -208,12 +216,9 @@ int main(int argc, char** argv) {
   }
   if (phase == "positional") {
     veld::KvoDataset ds;
-    if (!ds.Parse(bytes)) return 1;
-    bytes.clear();
-    bytes.shrink_to_fit();
     std::string id;
-    ds.GetDataID(1, id);
-    const int32_t count = ds.GetDataRowCount(id);
+    const int32_t count = ParsedOnce(ds, bytes, id);
+    if (count < 0) return 1;
     std::string row;
     size_t total = 0;
     auto start = Clock::now();
@@ -225,12 +230,9 @@ int main(int argc, char** argv) {
     return total > 0 ? 0 : 1;
   }
   veld::KvoDatasetO ds;
-  if (!ds.Parse(bytes)) return 1;
-  bytes.clear();
-  bytes.shrink_to_fit();
   std::string id;
-  ds.GetDataID(1, id);
-  const int32_t count = ds.GetDataRowCount(id);
+  const int32_t count = ParsedOnce(ds, bytes, id);
+  if (count < 0) return 1;
   std::string row;
   size_t total = 0;
   if (phase == "by_index") {

@@ -1,6 +1,8 @@
 #include "xml/xml_file.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -70,33 +72,27 @@ FileKind Examine(std::FILE* file) {
 
 bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error) {
   bytes.clear();
-  if (path.empty()) {
-    error = {errnum::kXmlPathNotFound, "The system cannot find the path specified."};
-    return false;
-  }
-  errno = 0;
-  FilePtr file(std::fopen(path.c_str(), "rb"));
-  if (!file) {
-    error = DescribeFileError(errno, true);
-    return false;
-  }
+  InputFile input;
+  if (!input.Open(path, error)) return false;
   // Read straight into a buffer of the file's size; a file that grows
   // meanwhile is read on in chunks, one that shrinks is cut to what came.
-  const size_t expected = Examine(file.get()).size;
-  bytes.resize(expected);
-  size_t got = expected > 0 ? std::fread(bytes.data(), 1, expected, file.get()) : 0;
-  bytes.resize(got);
-  if (got == expected) {
-    char chunk[64 * 1024];
-    for (;;) {
-      const size_t more = std::fread(chunk, 1, sizeof chunk, file.get());
-      bytes.append(chunk, more);
-      if (more < sizeof chunk) break;
-    }
+  bytes.resize(input.size());
+  size_t got = 0;
+  while (got < bytes.size()) {
+    const size_t want = std::min<size_t>(bytes.size() - got, INT_MAX);
+    const int n = input.Read(bytes.data() + got, static_cast<int>(want));
+    if (n <= 0) break;
+    got += static_cast<size_t>(n);
   }
-  if (std::ferror(file.get())) {
-    // Reading a directory fails here (EISDIR) rather than at the open.
-    error = DescribeFileError(errno != 0 ? errno : EIO, true);
+  const bool complete = got == bytes.size();
+  bytes.resize(got);
+  if (complete) {
+    char chunk[64 * 1024];
+    int n;
+    while ((n = input.Read(chunk, sizeof chunk)) > 0) bytes.append(chunk, static_cast<size_t>(n));
+  }
+  if (input.failed()) {
+    error = input.error();
     bytes.clear();
     return false;
   }

@@ -33,7 +33,9 @@ TEST(RowOrderTest, MatchesAPlainVectorUnderRandomChanges) {
       } else if (op < 6 && !expected.empty()) {
         // Mostly the row just read or a random one; now and then one not held.
         const size_t at = random() % expected.size();
-        if (random() % 2 == 0) ASSERT_EQ(order.At(at), expected[at]);
+        if (random() % 2 == 0) {
+          ASSERT_EQ(order.At(at), expected[at]);
+        }
         ASSERT_TRUE(order.Remove(expected[at]));
         expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(at));
         ASSERT_FALSE(order.Remove(Row(next + 1000)));
@@ -62,7 +64,9 @@ TEST(RowOrderTest, RemovingFromTheFrontWhileReadingStaysInOrder) {
   for (uintptr_t n = 1; n <= 1000; ++n) {
     ASSERT_EQ(order.At(0), Row(n));
     ASSERT_TRUE(order.Remove(order.At(0)));
-    if (n < 1000) ASSERT_EQ(order.At(order.size() - 1), Row(1000));
+    if (n < 1000) {
+      ASSERT_EQ(order.At(order.size() - 1), Row(1000));
+    }
   }
   EXPECT_TRUE(order.empty());
   order.PushBack(Row(5));

@@ -116,7 +116,9 @@ TEST(ItemsElementTest, PlainRowsReadInPlaceAsTheirTextParsesAndOthersAreRefused)
     const bool read =
         items_internal::ReadPlainNamesAndValues(xml_internal::LibxmlNode(row), names, values);
     EXPECT_EQ(read, c.plain);
-    if (read) EXPECT_EQ(Joined(names, values), NamesAndValuesFromText(row));
+    if (read) {
+      EXPECT_EQ(Joined(names, values), NamesAndValuesFromText(row));
+    }
   }
 }
 
