@@ -3,6 +3,7 @@
 #ifndef VELD_DATASETS_DATASET_COMMON_H_
 #define VELD_DATASETS_DATASET_COMMON_H_
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,6 +11,7 @@
 
 #include <libxml/tree.h>
 
+#include "datasets/dataset_progress.h"
 #include "datasets/dataset_store.h"
 #include "veld/items/kvo_general_items.h"
 #include "veld/xml/xml_document.h"
@@ -74,6 +76,44 @@ struct TakenSource {
 // for a bad path; `reset` is run first in both cases.
 TakenSource TakeSource(DatasetStore& store, const std::string& source, bool is_file,
                        const std::string& data_xpath, const std::function<void()>& reset);
+
+// How a data element of a loaded source was taken in place.
+enum class InPlace {
+  kAdded,     // added
+  kFailed,    // adding failed, and the failure was recorded
+  kNotTaken,  // left to AddData of the element's text
+};
+
+// The body of Parse and ParseFile of both classes. The held document is
+// loaded from `source` (see TakeSource), and each node the data path selects
+// is added as AddData("", its text) adds it: by `add_in_place(node, facts,
+// progress)` when the node is an element whose content reads the same in
+// place as from its text, otherwise, or when that declines, by
+// `add_text(text)`. False when an add fails.
+template <class AddInPlace, class AddText>
+bool LoadDatasetWith(DatasetStore& store, KvoProgressUpdater* updater, const std::string& source,
+                     bool is_file, const std::string& data_xpath,
+                     const std::function<void()>& reset, AddInPlace add_in_place,
+                     AddText add_text) {
+  TakenSource taken = TakeSource(store, source, is_file, data_xpath, reset);
+  ProgressSteps progress(updater, updater != nullptr ? CountRows(taken.nodes) : 0, "Reading rows");
+  for (xmlNodePtr node : taken.nodes) {
+    InPlace outcome = InPlace::kNotTaken;
+    if (!taken.nested && node->type == XML_ELEMENT_NODE) {
+      // A plain source needs no look through its data elements.
+      const SubtreeFacts facts = taken.plain ? SubtreeFacts{} : ScanSubtree(node, "data");
+      if (!facts.foreign && !facts.blank_text) outcome = add_in_place(node, facts, progress);
+    }
+    if (outcome == InPlace::kFailed) return false;
+    if (outcome == InPlace::kNotTaken) {
+      const int64_t rows = updater != nullptr ? CountRows({node}) : 0;
+      if (!add_text(NodeText(node))) return false;
+      progress.Advance(rows);
+    }
+  }
+  progress.Finish();
+  return true;
+}
 
 }  // namespace veld::datasets_internal
 

@@ -68,43 +68,28 @@ bool KvoDataset::LoadDataset(const std::string& source, bool is_file,
   bool result = false;
   Recorded([&] {
     Reset();
-    di::TakenSource taken =
-        di::TakeSource(*store_, source, is_file, data_xpath, [this] { Reset(); });
-    di::ProgressSteps progress(progress_.get(), progress_ ? di::CountRows(taken.nodes) : 0,
-                               "Reading rows");
-    for (xmlNodePtr node : taken.nodes) {
-      bool plain = false;
-      std::vector<xmlNodePtr> rows;
-      if (!taken.nested && node->type == XML_ELEMENT_NODE) {
-        // A plain source needs no look through its data elements.
-        const di::SubtreeFacts facts =
-            taken.plain ? di::SubtreeFacts{} : di::ScanSubtree(node, "data");
-        bool nested = false;
-        if (!facts.foreign && !facts.blank_text) {
+    result = di::LoadDatasetWith(
+        *store_, progress_.get(), source, is_file, data_xpath, [this] { Reset(); },
+        [this](xmlNodePtr node, const di::SubtreeFacts& facts, di::ProgressSteps& progress) {
+          std::vector<xmlNodePtr> rows;
+          bool nested = false;
           di::CollectMarkedRowsOf(node, rows, nested, !facts.nested);
-        }
-        plain = !facts.foreign && !facts.blank_text && !nested;
-      }
-      if (!plain) {
-        const int64_t row_count = progress_ ? di::CountRows({node}) : 0;
-        if (!AddData("", NodeText(node))) return;
-        progress.Advance(row_count);
-        continue;
-      }
-      // AddData with an empty ID and the element's text, read from the element.
-      std::string id = DatasetStore::GuidOf(node);
-      if (id.empty()) id = NewGuidText(Kvo_GUID_FORMAT_PUREDATA);
-      di::EnsureDataElement(*store_, id);
-      std::vector<xmlNodePtr> found = store_->SelectData(id);
-      if (found.empty()) Check(di::kDataElementNotFound + id);
-      for (xmlNodePtr data : found) store_->RemoveElementChildren(data);
-      for (xmlNodePtr row : rows) {
-        store_->InsertChild(found.front(), row, nullptr);
-        progress.Advance(1);
-      }
-    }
-    progress.Finish();
-    result = true;
+          if (nested) return di::InPlace::kNotTaken;
+          // AddData with an empty ID and the element's text, read from the
+          // element.
+          std::string id = DatasetStore::GuidOf(node);
+          if (id.empty()) id = NewGuidText(Kvo_GUID_FORMAT_PUREDATA);
+          di::EnsureDataElement(*store_, id);
+          std::vector<xmlNodePtr> found = store_->SelectData(id);
+          if (found.empty()) Check(di::kDataElementNotFound + id);
+          for (xmlNodePtr data : found) store_->RemoveElementChildren(data);
+          for (xmlNodePtr row : rows) {
+            store_->InsertChild(found.front(), row, nullptr);
+            progress.Advance(1);
+          }
+          return di::InPlace::kAdded;
+        },
+        [this](const std::string& text) { return AddData("", text); });
   });
   return result;
 }

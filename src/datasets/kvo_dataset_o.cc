@@ -169,27 +169,14 @@ bool KvoDatasetO::LoadDataset(const std::string& source, bool is_file,
   bool result = false;
   Recorded([&] {
     Reset();
-    di::TakenSource taken =
-        di::TakeSource(*store_, source, is_file, data_xpath, [this] { Reset(); });
-    di::ProgressSteps progress(progress_.get(), progress_ ? di::CountRows(taken.nodes) : 0,
-                               "Reading rows");
-    for (xmlNodePtr node : taken.nodes) {
-      bool added;
-      di::SubtreeFacts facts;
-      // A plain source needs no look through its data elements.
-      if (node->type == XML_ELEMENT_NODE && !taken.plain) facts = di::ScanSubtree(node, "data");
-      if (!taken.nested && node->type == XML_ELEMENT_NODE && !facts.foreign && !facts.blank_text) {
-        added = AddDataFromNode(*this, *store_, node, facts, progress);
-      } else {
-        const int64_t rows = progress_ ? di::CountRows({node}) : 0;
+    result = di::LoadDatasetWith(
+        *store_, progress_.get(), source, is_file, data_xpath, [this] { Reset(); },
+        [this](xmlNodePtr node, const di::SubtreeFacts& facts, di::ProgressSteps& progress) {
+          return AddDataFromNode(*this, *store_, node, facts, progress) ? di::InPlace::kAdded
+                                                                        : di::InPlace::kFailed;
+        },
         // The row ID column of Parse is deliberately not passed on.
-        added = AddData("", NodeText(node), "");
-        progress.Advance(rows);
-      }
-      if (!added) return;
-    }
-    progress.Finish();
-    result = true;
+        [this](const std::string& text) { return AddData("", text, ""); });
   });
   return result;
 }
