@@ -41,6 +41,19 @@ void RemoveDataChildren(DatasetStore& store, const std::string& id);
 std::vector<xmlNodePtr> KeyColRows(DatasetStore& store, const std::string& data_id,
                                    const std::string& name, const std::string& value);
 
+// The key-column results: `out` gets `text_of(row)` for each row and the
+// count is returned; with no rows, `out` is left as it was and 0 returned.
+template <class TextOf>
+int32_t TextsOfRows(const std::vector<xmlNodePtr>& rows, std::vector<std::string>& out,
+                    TextOf text_of) {
+  if (rows.empty()) return 0;
+  std::vector<std::string> texts;
+  texts.reserve(rows.size());
+  for (xmlNodePtr row : rows) texts.push_back(text_of(row));
+  out = std::move(texts);
+  return static_cast<int32_t>(out.size());
+}
+
 // A new collection parsed from a row text; raises the parse message.
 std::shared_ptr<KvoGeneralItems> RowXmlToItems(const std::string& row_xml);
 

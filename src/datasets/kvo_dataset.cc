@@ -264,16 +264,8 @@ int32_t KvoDataset::GetDataRowArrayByKeyCol(const std::string& sDataID,
                                             std::vector<std::string>& sRowDataXmlArray) {
   int32_t result = -1;
   Recorded([&] {
-    std::vector<xmlNodePtr> rows = di::KeyColRows(*store_, sDataID, sKeyColName, sKeyColValue);
-    if (rows.empty()) {
-      result = 0;
-      return;
-    }
-    std::vector<std::string> texts;
-    texts.reserve(rows.size());
-    for (xmlNodePtr row : rows) texts.push_back(NodeText(row));
-    sRowDataXmlArray = std::move(texts);
-    result = static_cast<int32_t>(sRowDataXmlArray.size());
+    result = di::TextsOfRows(di::KeyColRows(*store_, sDataID, sKeyColName, sKeyColValue),
+                             sRowDataXmlArray, [](xmlNodePtr row) { return NodeText(row); });
   });
   return result;
 }

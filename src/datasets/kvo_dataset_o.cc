@@ -402,16 +402,8 @@ int32_t KvoDatasetO::GetDataRowIDArrayByKeyCol(const std::string& sDataID,
                                                std::vector<std::string>& sRowIDArray) {
   int32_t result = -1;
   Recorded([&] {
-    std::vector<xmlNodePtr> rows = di::KeyColRows(*store_, sDataID, sKeyColName, sKeyColValue);
-    if (rows.empty()) {
-      result = 0;
-      return;
-    }
-    std::vector<std::string> ids;
-    ids.reserve(rows.size());
-    for (xmlNodePtr row : rows) ids.push_back(DatasetStore::GuidOf(row));
-    sRowIDArray = std::move(ids);
-    result = static_cast<int32_t>(sRowIDArray.size());
+    result = di::TextsOfRows(di::KeyColRows(*store_, sDataID, sKeyColName, sKeyColValue),
+                             sRowIDArray, [](xmlNodePtr row) { return DatasetStore::GuidOf(row); });
   });
   return result;
 }
