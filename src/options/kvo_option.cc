@@ -7,6 +7,9 @@
 #include "options/option_document.h"
 #include "options/option_messages.h"
 #include "veld/platform/platform.h"
+#include "veld/runtime/automation_error.h"
+#include "veld/xml/xml_document.h"
+#include "xml/xml_file.h"
 
 namespace veld {
 
@@ -14,28 +17,43 @@ namespace oi = options_internal;
 
 namespace {
 
-// Runs a file step whose failure the save sequence ignores. The thread's
-// current runtime error is left as it was, so an ignored failure does not
-// show up later as the source of a raised record.
+// Runs a file step whose failure the save sequence ignores. An ignored
+// failure is handled here, so the thread's current error is cleared as it is
+// when a handled error leaves a procedure.
 template <class Step>
 bool Quietly(Step&& step) noexcept {
-  ErrorInfo before;
-  try {
-    before = Err().Info();
-  } catch (...) {
-    return false;
-  }
-  bool done = false;
   try {
     step();
-    done = true;
+    return true;
   } catch (...) {
   }
   try {
-    Err().Set(before);
+    Err().Clear();
   } catch (...) {
   }
-  return done;
+  return false;
+}
+
+// Runs a step of writing the new file. Its failure is reported as the DOM's
+// save reports a failed write, as callers have always seen it.
+template <class Step>
+auto AsDocumentSave(Step&& step) {
+  try {
+    return step();
+  } catch (const AutomationError& error) {
+    xml_internal::FileError save_error =
+        xml_internal::DescribeSaveError(error.Number(), error.Description());
+    RaiseError(save_error.number, save_error.reason);
+  }
+}
+
+// An earlier save that stopped between putting the old file aside and
+// writing the new one leaves only the ".bak" copy: put it back under the
+// file's name, so that a load or save takes it up instead of starting afresh.
+void RestoreFromBackup(const std::string& path) {
+  const std::string backup = path + ".bak";
+  if (FileExists(path) || !FileExists(backup)) return;
+  Quietly([&] { CurrentPlatform().RenameFile(backup, path); });
 }
 
 }  // namespace
@@ -66,6 +84,7 @@ bool KvoOption::LoadOptions(const std::string& sOptFile, std::vector<std::string
   bool result = false;
   Recorded([&] {
     if (sOptFile.empty()) Fail(oi::kNoSourceOptionFile);
+    RestoreFromBackup(sOptFile);
     if (!FileExists(sOptFile)) Fail(oi::kOptionFileNotFound + sOptFile + ".");
     XmlDocument source;
     if (!source.Load(sOptFile)) Fail(oi::kOptionFileNotXml);
@@ -109,30 +128,36 @@ bool KvoOption::SaveOption(const std::string& sOptFile, const std::string& sSect
 
 bool KvoOption::SaveOptions(const std::string& sOptFile, std::vector<std::string>& sSectionID) {
   bool result = false;
-  bool writing = false;
-  bool backup_made = false;
-  std::string backup;
   Recorded([&] {
     if (sOptFile.empty()) Fail(oi::kNoTargetOptionFile);
-    backup = sOptFile + ".bak";
-    XmlDocument exported = oi::ExportSections(m_cXmlDom, sSectionID);
+    const std::string text = oi::ExportSections(m_cXmlDom, sSectionID).Xml();
+    // Text that would not load again (characters XML cannot hold) must never
+    // replace a file that loads.
+    if (!XmlDocument().LoadXml(text)) Fail(oi::kOptionsNotRepresentable);
     Platform& platform = CurrentPlatform();
-    if (FileExists(sOptFile)) {
-      backup_made = Quietly([&] { platform.FileCopy(sOptFile, backup); });
-      // The old file goes even when no backup could be made: the sequence is
-      // kept as callers have always seen it.
-      Quietly([&] { platform.RemoveFile(sOptFile); });
+    // A link to the option file is written through: its target is replaced.
+    const std::string path = platform.FinalPath(sOptFile);
+    if (platform.IsReadOnlyFile(path)) RaiseError(errnum::kPermissionDenied);
+    RestoreFromBackup(path);
+    const std::string backup = path + ".bak";
+    // The new content is on disk under a name of its own before anything of
+    // the old file is touched; the rename then swaps it in whole. The ".bak"
+    // name is a second name of the old file while that happens.
+    const std::string written =
+        AsDocumentSave([&] { return platform.WriteFileBeside(path, text); });
+    try {
+      if (FileExists(path)) {
+        Quietly([&] { platform.RemoveFile(backup); });
+        Quietly([&] { platform.LinkFile(path, backup); });
+      }
+      AsDocumentSave([&] { platform.RenameFile(written, path); });
+    } catch (...) {
+      Quietly([&] { platform.RemoveFile(written); });
+      throw;
     }
-    writing = true;
-    exported.Save(sOptFile);
     result = true;
     Quietly([&] { platform.RemoveFile(backup); });
   });
-  // A failed write: the record is made; put the old file back from its copy,
-  // which stays on disk.
-  if (!result && writing && backup_made) {
-    Quietly([&] { CurrentPlatform().FileCopy(backup, sOptFile); });
-  }
   return result;
 }
 

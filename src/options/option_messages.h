@@ -12,6 +12,9 @@ inline constexpr char kOptionFileNotXml[] = "Faield to load option file(Not a va
 inline constexpr char kNoOptionXml[] = "No option xml specified.";
 inline constexpr char kOptionDataNotXml[] = "Faield to load option data(Not a valid xml format?).";
 inline constexpr char kNoTargetOptionFile[] = "No target option filename specified.";
+// A save whose text would not load again is refused; the file stays as it was.
+inline constexpr char kOptionsNotRepresentable[] =
+    "Option data holds characters that an XML file cannot hold; nothing was saved.";
 
 // Followed by the XPath expression that was searched.
 inline constexpr char kOptionNotFound[] = "Specified option not found - ";

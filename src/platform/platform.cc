@@ -1,7 +1,11 @@
 #include "veld/platform/platform.h"
 
 #include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
 
+#include "veld/runtime/automation_error.h"
 #include "veld/tablestore/table_store.h"
 
 namespace veld {
@@ -10,9 +14,72 @@ namespace {
 
 std::atomic<Platform*> g_installed{nullptr};
 
+namespace fs = std::filesystem;
+
+[[noreturn]] void RaiseFileError(const std::error_code& error) {
+  if (error == std::errc::no_such_file_or_directory) RaiseError(errnum::kFileNotFound);
+  if (error == std::errc::file_exists) RaiseError(errnum::kFileAlreadyExists);
+  if (error == std::errc::no_space_on_device) RaiseError(61);  // Disk full
+  RaiseError(errnum::kPermissionDenied);
+}
+
 }  // namespace
 
 Platform::~Platform() = default;
+
+std::string Platform::WriteFileBeside(const std::string& path, std::string_view bytes) {
+  for (int attempt = 0;; ++attempt) {
+    Guid guid;
+    if (CreateGuid(guid) != 0) RaiseError(errnum::kOutOfMemory);
+    std::string name = path + ".~" + std::to_string(guid.Data1) + ".tmp";
+    std::error_code error;
+    if (fs::exists(fs::symlink_status(name, error))) {
+      if (attempt < 8) continue;
+      RaiseError(errnum::kFileAlreadyExists);
+    }
+    {
+      std::ofstream out(name, std::ios::binary | std::ios::trunc);
+      if (!out) RaiseError(errnum::kPermissionDenied);
+      out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+      out.flush();
+      if (out) return name;
+    }
+    fs::remove(name, error);
+    RaiseError(61);  // Disk full: the usual reason a write stops short
+  }
+}
+
+void Platform::LinkFile(const std::string& from, const std::string& to) {
+  std::error_code error;
+  fs::create_hard_link(from, to, error);
+  if (!error) return;
+  if (fs::exists(fs::symlink_status(to, error))) RaiseError(errnum::kFileAlreadyExists);
+  fs::copy_file(from, to, fs::copy_options::none, error);
+  if (error) RaiseFileError(error);
+}
+
+void Platform::RenameFile(const std::string& from, const std::string& to) {
+  std::error_code error;
+  fs::rename(from, to, error);
+  if (error) RaiseFileError(error);
+}
+
+bool Platform::IsReadOnlyFile(const std::string& path) {
+  std::error_code error;
+  fs::file_status status = fs::status(path, error);
+  if (error || !fs::is_regular_file(status)) return false;
+  constexpr fs::perms kWrite =
+      fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+  return (status.permissions() & kWrite) == fs::perms::none;
+}
+
+std::string Platform::FinalPath(const std::string& path) {
+  std::error_code error;
+  if (!fs::is_symlink(fs::symlink_status(path, error))) return path;
+  fs::path final_path = fs::canonical(path, error);
+  if (error) RaiseError(errnum::kPathNotFound);
+  return final_path.string();
+}
 
 std::unique_ptr<TableStore> Platform::OpenTableStore(const std::string& /*connection_string*/) {
   return nullptr;
@@ -26,6 +93,21 @@ void ForwardingPlatform::FileCopy(const std::string& from, const std::string& to
   target_.FileCopy(from, to);
 }
 void ForwardingPlatform::RemoveFile(const std::string& path) { target_.RemoveFile(path); }
+std::string ForwardingPlatform::WriteFileBeside(const std::string& path, std::string_view bytes) {
+  return target_.WriteFileBeside(path, bytes);
+}
+void ForwardingPlatform::LinkFile(const std::string& from, const std::string& to) {
+  target_.LinkFile(from, to);
+}
+void ForwardingPlatform::RenameFile(const std::string& from, const std::string& to) {
+  target_.RenameFile(from, to);
+}
+bool ForwardingPlatform::IsReadOnlyFile(const std::string& path) {
+  return target_.IsReadOnlyFile(path);
+}
+std::string ForwardingPlatform::FinalPath(const std::string& path) {
+  return target_.FinalPath(path);
+}
 int32_t ForwardingPlatform::CreateGuid(Guid& guid) { return target_.CreateGuid(guid); }
 std::string ForwardingPlatform::ProductName() { return target_.ProductName(); }
 int32_t ForwardingPlatform::ShowMessageBox(const std::string& text, int32_t style,

@@ -138,6 +138,20 @@ int InputFile::Read(char* buffer, int length) {
 
 FileError InputFile::error() const { return DescribeFileError(read_errno_, true); }
 
+FileError DescribeSaveError(int32_t number, const std::string& description) {
+  switch (number) {
+    case errnum::kFileNotFound:
+    case errnum::kPathNotFound:
+      return DescribeFileError(ENOENT, false);
+    case errnum::kPermissionDenied:
+      return DescribeFileError(EACCES, false);
+    case 61:  // Disk full
+      return DescribeFileError(ENOSPC, false);
+    default:
+      return {errnum::kXmlFailure, description};
+  }
+}
+
 void WriteFileBytes(const std::string& path, std::string_view bytes) {
   auto fail = [](int error_number) {
     FileError error = DescribeFileError(error_number, false);

@@ -51,6 +51,11 @@ class InputFile {
   int read_errno_ = 0;
 };
 
+// The error the DOM's save reports for a file operation that failed with the
+// classic file error `number` (53 or 76 path not found, 70 access denied,
+// 61 disk full); other numbers keep `description`.
+FileError DescribeSaveError(int32_t number, const std::string& description);
+
 // Writes `bytes` to `path`, replacing the file. Raises errnum::kXmlPathNotFound,
 // errnum::kXmlAccessDenied or errnum::kXmlFailure on failure.
 void WriteFileBytes(const std::string& path, std::string_view bytes);

@@ -1,15 +1,15 @@
-// The save sequence of KvoOption under a file system that fails on cue: the
-// copy to ".bak", the delete of the old file, the write of the new one, the
-// removal of the backup. Whatever fails, the previous content survives in the
-// file or in its ".bak" copy, and the held document never changes.
-//
-// The document's own write does not go through the platform, so the test
-// platform makes it fail from the step before it: when told to, it deletes
-// the old file for real and leaves a directory of the same name in its place,
-// which the write then cannot open. That obstacle either lifts when the
-// backup is copied back (a passing fault) or stays (a lasting one).
+// The save sequence of KvoOption under a file system that fails on cue. The
+// new content is written under a name of its own, the old file gets a second
+// name ".bak", the new file is renamed over the old one and the ".bak" name is
+// removed. Whichever step fails, and however (a refused call, a short write, a
+// failed flush), the file's name holds the whole old or the whole new
+// content, nothing half-written is left behind and the held document never
+// changes.
 #include <filesystem>
+#include <fstream>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -30,37 +30,65 @@ using ::veld::testing::TempDir;
 
 namespace fs = std::filesystem;
 
+// How a failing call fails.
+enum class Fault {
+  kRefused,     // raises before doing anything: 70 "Permission denied"
+  kShortWrite,  // writes half of the bytes, then raises 61 "Disk full"
+  kFailedFlush  // writes every byte, then raises 57 "Device I/O error"
+};
+
 class FaultyFileSystem : public ForwardingPlatform {
  public:
-  // Copies to this path fail with 70 "Permission denied".
-  std::string fail_copy_to;
-  // Deleting this path fails with 70 "Permission denied".
-  std::string fail_remove_of;
-  // Deleting this path succeeds and leaves a directory in its place, so that
-  // the next write of a file there fails.
-  std::string block_write_of;
-  // Whether a copy onto the blocked path first clears the obstacle.
-  bool obstacle_lifts_on_copy = false;
+  // The call (counted from 1 over the file operations below) that fails; 0
+  // for none.
+  int fail_call = 0;
+  Fault fault = Fault::kRefused;
 
   // The file operations asked for, in order.
   std::vector<std::string> calls;
 
-  void FileCopy(const std::string& from, const std::string& to) override {
-    calls.push_back("copy " + Name(from) + " " + Name(to));
-    if (to == fail_copy_to) RaiseError(errnum::kPermissionDenied);
-    if (to == block_write_of && obstacle_lifts_on_copy) fs::remove(to);
-    ForwardingPlatform::FileCopy(from, to);
+  std::string WriteFileBeside(const std::string& path, std::string_view bytes) override {
+    if (Count("write " + Name(path))) {
+      if (fault == Fault::kRefused) RaiseError(errnum::kPermissionDenied);
+      // What a failing write leaves: a partly or wholly written new file,
+      // which the platform removes before it reports the failure.
+      std::string partial = path + ".~partial.tmp";
+      std::string_view part =
+          fault == Fault::kShortWrite ? bytes.substr(0, bytes.size() / 2) : bytes;
+      std::ofstream(partial, std::ios::binary)
+          .write(part.data(), static_cast<std::streamsize>(part.size()));
+      fs::remove(partial);
+      RaiseError(fault == Fault::kShortWrite ? 61 : 57);
+    }
+    return ForwardingPlatform::WriteFileBeside(path, bytes);
+  }
+
+  void LinkFile(const std::string& from, const std::string& to) override {
+    if (Count("link " + Name(from) + " " + Name(to))) RaiseError(errnum::kPermissionDenied);
+    ForwardingPlatform::LinkFile(from, to);
+  }
+
+  void RenameFile(const std::string& from, const std::string& to) override {
+    if (Count("rename " + Name(to))) RaiseError(errnum::kPermissionDenied);
+    ForwardingPlatform::RenameFile(from, to);
   }
 
   void RemoveFile(const std::string& path) override {
-    calls.push_back("remove " + Name(path));
-    if (path == fail_remove_of) RaiseError(errnum::kPermissionDenied);
+    if (Count("remove " + Name(path))) RaiseError(errnum::kPermissionDenied);
     ForwardingPlatform::RemoveFile(path);
-    if (path == block_write_of) fs::create_directory(path);
   }
 
  private:
-  static std::string Name(const std::string& path) { return fs::path(path).filename().string(); }
+  // Notes a call; true when it is the one to fail.
+  bool Count(std::string call) {
+    calls.push_back(std::move(call));
+    return static_cast<int>(calls.size()) == fail_call;
+  }
+  // Temporary names vary; they show as "(new)".
+  static std::string Name(const std::string& path) {
+    std::string name = fs::path(path).filename().string();
+    return name.find(".~") != std::string::npos ? "(new)" : name;
+  }
 };
 
 constexpr char kHeld[] =
@@ -83,6 +111,15 @@ class KvoOptionSaveFaultsTest : public ::testing::Test {
     return option_.SaveOption(file_);
   }
 
+  // The names in the directory, so that a test sees anything left behind.
+  std::set<std::string> Names() const {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(dir_.Path())) {
+      names.insert(entry.path().filename().string());
+    }
+    return names;
+  }
+
   TempDir dir_;
   HeldOption option_;
   FaultyFileSystem fs_;
@@ -90,13 +127,16 @@ class KvoOptionSaveFaultsTest : public ::testing::Test {
   std::string backup_;
 };
 
-TEST_F(KvoOptionSaveFaultsTest, SuccessfulSaveCopiesDeletesWritesAndRemovesBackup) {
+const std::vector<std::string> kSaveOverExistingFile = {
+    "write options.xml", "remove options.xml.bak", "link options.xml options.xml.bak",
+    "rename options.xml", "remove options.xml.bak"};
+
+TEST_F(KvoOptionSaveFaultsTest, SuccessfulSaveWritesAsideLinksBackupRenamesAndRemovesBackup) {
   EXPECT_TRUE(Save());
 
-  EXPECT_EQ(fs_.calls, (std::vector<std::string>{"copy options.xml options.xml.bak",
-                                                 "remove options.xml", "remove options.xml.bak"}));
+  EXPECT_EQ(fs_.calls, kSaveOverExistingFile);
   EXPECT_EQ(ReadFile(file_), kHeld);
-  EXPECT_FALSE(fs::exists(backup_));
+  EXPECT_EQ(Names(), std::set<std::string>{"options.xml"});
   EXPECT_EQ(option_.HeldXml(), kHeld);
 }
 
@@ -105,84 +145,90 @@ TEST_F(KvoOptionSaveFaultsTest, SaveOfNewFileMakesNoBackup) {
 
   EXPECT_TRUE(Save());
 
-  // Nothing to back up; the removal of a backup is tried all the same.
-  EXPECT_EQ(fs_.calls, std::vector<std::string>{"remove fresh.xml.bak"});
+  EXPECT_EQ(fs_.calls, (std::vector<std::string>{"write fresh.xml", "rename fresh.xml",
+                                                 "remove fresh.xml.bak"}));
   EXPECT_EQ(ReadFile(file_), kHeld);
   EXPECT_FALSE(fs::exists(file_ + ".bak"));
 }
 
-TEST_F(KvoOptionSaveFaultsTest, FailedCopyToBackupIsIgnoredAndTheSaveCompletes) {
-  fs_.fail_copy_to = backup_;
+// Every call of the sequence failing in turn, in every way a call can fail.
+TEST_F(KvoOptionSaveFaultsTest, EveryFailingStepLeavesTheWholeOldOrTheWholeNewFile) {
+  for (Fault fault : {Fault::kRefused, Fault::kShortWrite, Fault::kFailedFlush}) {
+    for (int call = 1; call <= static_cast<int>(kSaveOverExistingFile.size()); ++call) {
+      SCOPED_TRACE("call " + std::to_string(call) + " fault " + std::to_string(int(fault)));
+      dir_.Write("options.xml", kPrevious);
+      fs::remove(backup_);
+      fs_.calls.clear();
+      fs_.fail_call = call;
+      fs_.fault = fault;
 
-  EXPECT_TRUE(Save());
+      const bool saved = Save();
 
-  EXPECT_EQ(option_.GetLastError(), "");
-  // The old file is deleted even without a backup; the new one is written.
-  EXPECT_EQ(fs_.calls, (std::vector<std::string>{"copy options.xml options.xml.bak",
-                                                 "remove options.xml", "remove options.xml.bak"}));
-  EXPECT_EQ(ReadFile(file_), kHeld);
-  EXPECT_FALSE(fs::exists(backup_));
-  EXPECT_EQ(option_.HeldXml(), kHeld);
+      const std::string& step = kSaveOverExistingFile[call - 1];
+      const bool essential = step.rfind("write", 0) == 0 || step.rfind("rename", 0) == 0;
+      EXPECT_EQ(saved, !essential);
+      EXPECT_EQ(ReadFile(file_), saved ? kHeld : kPrevious);
+      // What may stay beside the file is a complete copy of the old content.
+      std::set<std::string> names = Names();
+      names.erase("options.xml");
+      if (names.count("options.xml.bak") != 0) {
+        EXPECT_EQ(ReadFile(backup_), kPrevious);
+        names.erase("options.xml.bak");
+      }
+      EXPECT_TRUE(names.empty()) << *names.begin();
+      EXPECT_EQ(option_.HeldXml(), kHeld);
+      HeldOption reloaded;
+      EXPECT_TRUE(reloaded.LoadOption(file_));
+    }
+  }
 }
 
-TEST_F(KvoOptionSaveFaultsTest, FailedDeleteIsIgnoredAndTheFileIsOverwritten) {
-  fs_.fail_remove_of = file_;
-
-  EXPECT_TRUE(Save());
-
-  EXPECT_EQ(option_.GetLastError(), "");
-  EXPECT_EQ(ReadFile(file_), kHeld);
-  EXPECT_FALSE(fs::exists(backup_));
-  EXPECT_EQ(option_.HeldXml(), kHeld);
-}
-
-TEST_F(KvoOptionSaveFaultsTest, FailedWriteRestoresTheFileFromItsBackup) {
-  fs_.block_write_of = file_;
-  fs_.obstacle_lifts_on_copy = true;
+TEST_F(KvoOptionSaveFaultsTest, FailedWriteIsRecordedAsTheDocumentSaveReportsIt) {
+  fs_.fail_call = 1;
 
   EXPECT_FALSE(Save());
 
   EXPECT_RECORDED(option_, -2147024891, "Access is denied.");
   EXPECT_EQ(option_.GetLastError(), "Access is denied.(ERR#: -2147024891)");
-  EXPECT_EQ(fs_.calls,
-            (std::vector<std::string>{"copy options.xml options.xml.bak", "remove options.xml",
-                                      "copy options.xml.bak options.xml"}));
+  EXPECT_EQ(fs_.calls, std::vector<std::string>{"write options.xml"});
   EXPECT_EQ(ReadFile(file_), kPrevious);
-  // The backup stays on disk after a failed save.
-  EXPECT_EQ(ReadFile(backup_), kPrevious);
-  EXPECT_EQ(option_.HeldXml(), kHeld);
-}
-
-TEST_F(KvoOptionSaveFaultsTest, FailedWriteWhoseRestoreAlsoFailsKeepsTheBackup) {
-  fs_.block_write_of = file_;
-
-  EXPECT_FALSE(Save());
-
-  EXPECT_EQ(option_.GetLastError(), "Access is denied.(ERR#: -2147024891)");
-  EXPECT_FALSE(fs::is_regular_file(file_));
-  EXPECT_EQ(ReadFile(backup_), kPrevious);
-  EXPECT_EQ(option_.HeldXml(), kHeld);
-}
-
-TEST_F(KvoOptionSaveFaultsTest, FailedCopyAndFailedWriteTogetherLoseTheOldFile) {
-  // Two faults in one save: the old file is deleted even though no backup
-  // could be made, so a failing write leaves neither. The sequence is kept as
-  // callers have always seen it; this pins it.
-  fs_.fail_copy_to = backup_;
-  fs_.block_write_of = file_;
-
-  EXPECT_FALSE(Save());
-
-  EXPECT_EQ(option_.GetLastError(), "Access is denied.(ERR#: -2147024891)");
-  EXPECT_EQ(fs_.calls,
-            (std::vector<std::string>{"copy options.xml options.xml.bak", "remove options.xml"}));
-  EXPECT_FALSE(fs::is_regular_file(file_));
   EXPECT_FALSE(fs::exists(backup_));
-  EXPECT_EQ(option_.HeldXml(), kHeld);
+}
+
+TEST_F(KvoOptionSaveFaultsTest, ShortWriteOnAFullDiskIsRecordedAndChangesNothing) {
+  fs_.fail_call = 1;
+  fs_.fault = Fault::kShortWrite;
+
+  EXPECT_FALSE(Save());
+
+  EXPECT_RECORDED(option_, -2147467259, "There is not enough space on the disk.");
+  EXPECT_EQ(ReadFile(file_), kPrevious);
+  EXPECT_EQ(Names(), std::set<std::string>{"options.xml"});
+}
+
+TEST_F(KvoOptionSaveFaultsTest, FailedRenameKeepsTheOldFileAndItsBackup) {
+  fs_.fail_call = 4;
+
+  EXPECT_FALSE(Save());
+
+  EXPECT_EQ(option_.GetLastError(), "Access is denied.(ERR#: -2147024891)");
+  EXPECT_EQ(ReadFile(file_), kPrevious);
+  EXPECT_EQ(ReadFile(backup_), kPrevious);
+  EXPECT_EQ(Names(), (std::set<std::string>{"options.xml", "options.xml.bak"}));
+}
+
+TEST_F(KvoOptionSaveFaultsTest, FailedBackupIsIgnoredAndTheSaveCompletes) {
+  fs_.fail_call = 3;
+
+  EXPECT_TRUE(Save());
+
+  EXPECT_EQ(option_.GetLastError(), "");
+  EXPECT_EQ(ReadFile(file_), kHeld);
+  EXPECT_FALSE(fs::exists(backup_));
 }
 
 TEST_F(KvoOptionSaveFaultsTest, FailedBackupRemovalLeavesBackupAndTheSaveSucceeds) {
-  fs_.fail_remove_of = backup_;
+  fs_.fail_call = 5;
 
   EXPECT_TRUE(Save());
 
@@ -192,22 +238,46 @@ TEST_F(KvoOptionSaveFaultsTest, FailedBackupRemovalLeavesBackupAndTheSaveSucceed
 }
 
 TEST_F(KvoOptionSaveFaultsTest, BackupReplacesAnOlderBackup) {
-  dir_.Write("options.xml.bak", "older backup");
-  fs_.block_write_of = file_;
+  dir_.Write("options.xml.bak", "<config><section id=\"old\"/></config>");
+  fs_.fail_call = 4;
 
   EXPECT_FALSE(Save());
 
   EXPECT_EQ(ReadFile(backup_), kPrevious);
 }
 
-TEST_F(KvoOptionSaveFaultsTest, IgnoredFailuresLeaveTheCurrentRuntimeErrorAlone) {
-  fs_.fail_copy_to = backup_;
-  fs_.fail_remove_of = file_;
-  Err().Clear();
+TEST_F(KvoOptionSaveFaultsTest, IgnoredFailuresLeaveTheCurrentRuntimeErrorCleared) {
+  fs_.fail_call = 3;
+  try {
+    RaiseError(errnum::kOverflow);
+  } catch (const AutomationError&) {
+  }
 
   EXPECT_TRUE(Save());
 
   EXPECT_EQ(Err().Number(), 0);
+}
+
+TEST_F(KvoOptionSaveFaultsTest, SaveAfterAnInterruptedSaveRestoresTheBackupFirst) {
+  // What an interrupted save of an earlier version left: only the copy.
+  fs::rename(file_, backup_);
+
+  HeldOption loaded;
+  EXPECT_TRUE(loaded.LoadOption(file_));
+
+  EXPECT_EQ(loaded.HeldXml(), kPrevious);
+  EXPECT_EQ(ReadFile(file_), kPrevious);
+  EXPECT_FALSE(fs::exists(backup_));
+}
+
+TEST_F(KvoOptionSaveFaultsTest, InterruptedSaveThenSaveKeepsTheBackupUntilTheNewFileIsIn) {
+  fs::rename(file_, backup_);
+  fs_.fail_call = 2;
+
+  EXPECT_FALSE(Save());
+
+  EXPECT_EQ(fs_.calls, (std::vector<std::string>{"rename options.xml", "write options.xml"}));
+  EXPECT_EQ(ReadFile(file_), kPrevious);
 }
 
 class FailingGuidPlatform : public ForwardingPlatform {

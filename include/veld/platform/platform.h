@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "veld/export.h"
 
@@ -51,6 +52,26 @@ class VELD_EXPORT Platform {
   virtual void FileCopy(const std::string& from, const std::string& to) = 0;
   // Deletes a file. Raises as FileCopy does (53 when it does not exist).
   virtual void RemoveFile(const std::string& path) = 0;
+
+  // The members below let a file be replaced so that its name always holds
+  // either the whole old content or the whole new one. Each has a portable
+  // default; the POSIX platform adds flushing to disk and refuses to follow
+  // links it did not ask for. They raise as FileCopy does.
+
+  // Writes `bytes` to a new file, created next to `path` under a fresh name,
+  // flushes it to disk and returns its name. Never opens an existing file or
+  // follows a link; on failure nothing of the new file is left behind.
+  virtual std::string WriteFileBeside(const std::string& path, std::string_view bytes);
+  // Makes `to` a second name of the file `from` (a durable copy where the file
+  // system has no links). `to` must not exist.
+  virtual void LinkFile(const std::string& from, const std::string& to);
+  // Renames `from` to `to`, replacing `to` in one step, durably.
+  virtual void RenameFile(const std::string& from, const std::string& to);
+  // True when `path` names an existing file that is marked read-only.
+  virtual bool IsReadOnlyFile(const std::string& path);
+  // `path` with the links it names followed to the file they lead to; `path`
+  // itself when it is not a link. Raises 76 for a link that leads nowhere.
+  virtual std::string FinalPath(const std::string& path);
 
   // Makes a new GUID. Returns 0 on success and a failure code otherwise.
   virtual int32_t CreateGuid(Guid& guid) = 0;
@@ -107,6 +128,11 @@ class VELD_EXPORT ForwardingPlatform : public Platform {
   bool FileExists(const std::string& path) override;
   void FileCopy(const std::string& from, const std::string& to) override;
   void RemoveFile(const std::string& path) override;
+  std::string WriteFileBeside(const std::string& path, std::string_view bytes) override;
+  void LinkFile(const std::string& from, const std::string& to) override;
+  void RenameFile(const std::string& from, const std::string& to) override;
+  bool IsReadOnlyFile(const std::string& path) override;
+  std::string FinalPath(const std::string& path) override;
   int32_t CreateGuid(Guid& guid) override;
   std::string ProductName() override;
   int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) override;

@@ -1,10 +1,13 @@
 // The POSIX platform: files through the C library, GUIDs from libuuid, the
 // message box on standard error and a message loop with nothing to pump.
 #include <atomic>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include <errno.h>
 #include <fcntl.h>
@@ -47,6 +50,19 @@ class ScopedFd {
 std::string BaseName(const std::string& path) {
   auto slash = path.find_last_of('/');
   return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string DirName(const std::string& path) {
+  auto slash = path.find_last_of('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// Flushes a directory's entries, so that a rename or a new name in it
+// survives a crash. Failure only weakens that promise, so it is not reported.
+void SyncDirectoryOf(const std::string& path) {
+  ScopedFd dir(::open(DirName(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (dir.get() >= 0) ::fsync(dir.get());
 }
 
 bool WriteAll(int fd, const char* data, size_t size) {
@@ -139,6 +155,93 @@ class PosixPlatform final : public Platform {
     struct stat st;
     if (::lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) RaisePosixError(EISDIR, path);
     if (::unlink(path.c_str()) != 0) RaisePosixError(errno, path);
+  }
+
+  std::string WriteFileBeside(const std::string& path, std::string_view bytes) override {
+    // The new file takes the permissions of the file it is to replace.
+    mode_t mode = 0666;
+    struct stat st;
+    if (::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode)) mode = st.st_mode & 0777;
+    for (int attempt = 0;; ++attempt) {
+      uint8_t raw[16];
+      if (!RandomBytes(raw)) RaiseError(errnum::kOutOfMemory);
+      static constexpr char kHex[] = "0123456789abcdef";
+      std::string name = path + ".~";
+      for (int i = 0; i < 6; ++i) {
+        name += kHex[raw[i] >> 4];
+        name += kHex[raw[i] & 15];
+      }
+      name += ".tmp";
+      // O_EXCL with O_CREAT never follows a link planted under the name.
+      ScopedFd out(
+          ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+      if (out.get() < 0) {
+        if (errno == EEXIST && attempt < 8) continue;
+        RaisePosixError(errno, name);
+      }
+      int failure = 0;
+      if (!WriteAll(out.get(), bytes.data(), bytes.size())) failure = errno;
+      if (failure == 0 && ::fsync(out.get()) != 0) failure = errno;
+      if (failure == 0 && !out.Close()) failure = errno;
+      if (failure == 0) return name;
+      ::unlink(name.c_str());
+      RaisePosixError(failure, name);
+    }
+  }
+
+  void LinkFile(const std::string& from, const std::string& to) override {
+    if (::link(from.c_str(), to.c_str()) == 0) {
+      SyncDirectoryOf(to);
+      return;
+    }
+    if (errno != EXDEV && errno != EPERM && errno != EOPNOTSUPP && errno != EMLINK) {
+      RaisePosixError(errno, to);
+    }
+    // No links on this file system: a copy, made as carefully as a new file.
+    ScopedFd in(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
+    if (in.get() < 0) RaisePosixError(errno, from);
+    struct stat st;
+    if (::fstat(in.get(), &st) != 0) RaisePosixError(errno, from);
+    ScopedFd out(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                        st.st_mode & 0777));
+    if (out.get() < 0) RaisePosixError(errno, to);
+    char buffer[64 * 1024];
+    int failure = 0;
+    for (;;) {
+      ssize_t n = ::read(in.get(), buffer, sizeof buffer);
+      if (n < 0 && errno == EINTR) continue;
+      if (n < 0) failure = errno;
+      if (n <= 0) break;
+      if (!WriteAll(out.get(), buffer, static_cast<size_t>(n))) {
+        failure = errno;
+        break;
+      }
+    }
+    if (failure == 0 && ::fsync(out.get()) != 0) failure = errno;
+    if (failure == 0 && !out.Close()) failure = errno;
+    if (failure != 0) {
+      ::unlink(to.c_str());
+      RaisePosixError(failure, to);
+    }
+    SyncDirectoryOf(to);
+  }
+
+  void RenameFile(const std::string& from, const std::string& to) override {
+    if (::rename(from.c_str(), to.c_str()) != 0) RaisePosixError(errno, to);
+    SyncDirectoryOf(to);
+  }
+
+  bool IsReadOnlyFile(const std::string& path) override {
+    struct stat st;
+    return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && (st.st_mode & 0222) == 0;
+  }
+
+  std::string FinalPath(const std::string& path) override {
+    struct stat st;
+    if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return path;
+    char resolved[PATH_MAX];
+    if (::realpath(path.c_str(), resolved) == nullptr) RaiseError(errnum::kPathNotFound);
+    return resolved;
   }
 
   int32_t CreateGuid(Guid& guid) override {
