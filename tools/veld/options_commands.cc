@@ -7,6 +7,7 @@
 #include "veld/options/kvo_option.h"
 
 #include "commands.h"
+#include "file_lock.h"
 
 namespace veld::cli {
 
@@ -22,9 +23,10 @@ bool Exists(const std::string& file) {
 [[noreturn]] void Fail(KvoOption& options) { throw Failure(options.GetLastError()); }
 
 // Loads every section of `file`; a file that does not exist yet is an empty
-// document when `may_be_new`.
+// document when `may_be_new`. A file that an interrupted save left only as
+// FILE.bak is not new: the load takes it up again.
 void LoadAll(KvoOption& options, const std::string& file, bool may_be_new) {
-  if (may_be_new && !Exists(file)) return;
+  if (may_be_new && !Exists(file) && !Exists(file + ".bak")) return;
   if (!options.LoadOption(file)) Fail(options);
 }
 
@@ -55,6 +57,7 @@ int Get(const Args& args) {
 }
 
 int Set(const Args& args) {
+  FileLock lock(args.At(0));
   KvoOption options;
   LoadAll(options, args.At(0), true);
   if (!options.SetOption(args.At(1), args.At(2), args.Get("section"), args.Get("group"))) {
@@ -81,6 +84,7 @@ int List(const Args& args) {
 
 int Remove(const Args& args) {
   if (!args.Has("section")) throw UsageError("--section is required");
+  FileLock lock(args.At(0));
   KvoOption options;
   LoadAll(options, args.At(0), false);
   bool removed = false;
@@ -97,6 +101,7 @@ int Remove(const Args& args) {
 }
 
 int Merge(const Args& args) {
+  FileLock lock(args.At(1));
   KvoOption options;
   LoadAll(options, args.At(1), true);
   std::vector<std::string> ids = SplitIds(args.Get("sections"));
@@ -127,7 +132,9 @@ Group OptionsCommands() {
           "read and change option documents; encode and decode values",
           "Option documents: a root holding section elements (id), which hold group\n"
           "elements (id), which hold option elements (name, value). Files are rewritten\n"
-          "whole; the old file is kept as FILE.bak until the new one is written.",
+          "whole: the new file is written beside the old one and renamed over it, and\n"
+          "the old one is kept as FILE.bak meanwhile. Commands that change a file hold\n"
+          "a lock on FILE.lock, so veld processes changing one file take turns.",
           {
               {"get",
                "print the value of one option",

@@ -11,6 +11,7 @@
 #include "veld/registry/kvo_registry.h"
 
 #include "commands.h"
+#include "file_lock.h"
 
 namespace veld::cli {
 
@@ -137,9 +138,12 @@ int ToRegistry(const Args& args) {
 
 int FromRegistry(const Args& args) {
   if (!args.Has("section")) throw UsageError("--section is required");
+  FileLock lock(args.At(0));
   KvoOption options;
-  std::ifstream existing(args.At(0));
-  if (existing.good() && !options.LoadOption(args.At(0))) throw Failure(options.GetLastError());
+  // A file that an interrupted save left only as FILE.bak is taken up again.
+  const bool existing =
+      std::ifstream(args.At(0)).good() || std::ifstream(args.At(0) + ".bak").good();
+  if (existing && !options.LoadOption(args.At(0))) throw Failure(options.GetLastError());
   if (!options.LoadOptionFromRegistry(args.At(1), args.Get("section"),
                                       args.Get("group", "general"))) {
     throw Failure(options.GetLastError());
