@@ -146,6 +146,16 @@ xmlNodePtr PrepareChild(xmlNodePtr parent, xmlNodePtr child, xmlNodePtr replaced
     xml_internal::ScopedErrorCapture capture(errors);
     xmlNodePtr copy = xmlDocCopyNode(child, parent->doc, 1);
     if (copy == nullptr) RaiseXmlFailure(errors.Message(), "The node cannot be copied.");
+    // References to entities only the other document declares would read as
+    // nothing here and save as text that does not load: take their content.
+    if (child->doc != nullptr && child->doc->intSubset != nullptr) {
+      try {
+        xml_internal::ExpandForeignEntityReferences(copy, child->doc);
+      } catch (...) {
+        xmlFreeNode(copy);
+        throw;
+      }
+    }
     return copy;
   }
   for (xmlNodePtr up = parent; up != nullptr; up = up->parent) {

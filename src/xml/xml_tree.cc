@@ -1,9 +1,12 @@
 #include "xml/xml_tree.h"
 
+#include <new>
+#include <string>
 #include <vector>
 
 #include <libxml/entities.h>
 
+#include "xml/xml_errors.h"
 #include "xml/xml_handles.h"
 
 namespace veld::xml_internal {
@@ -202,6 +205,73 @@ void LinkChild(xmlNodePtr parent, xmlNodePtr child, xmlNodePtr ref) {
       parent->children = child;
     }
     ref->prev = child;
+  }
+}
+
+void ExpandForeignEntityReferences(xmlNodePtr top, const xmlDoc* source) {
+  // The text an expansion may add, in all: enough for any honest option or
+  // dataset document, far below what would exhaust memory.
+  size_t budget = size_t{64} << 20;
+  auto charge = [&budget](size_t size) {
+    if (size > budget) RaiseXmlFailure("The entities of the document expand beyond the limit.");
+    budget -= size;
+  };
+  auto entity_of = [source](const xmlNode* ref) {
+    return xmlGetDocEntity(const_cast<xmlDoc*>(source), ref->name);
+  };
+  xmlDocPtr target = top->doc;
+  auto foreign = [target](const xmlNode* node) {
+    return node->type == XML_ENTITY_REF_NODE && xmlGetDocEntity(target, node->name) == nullptr;
+  };
+  std::vector<xmlNodePtr> elements{top};
+  while (!elements.empty()) {
+    xmlNodePtr element = elements.back();
+    elements.pop_back();
+    if (element->type != XML_ELEMENT_NODE) continue;
+    for (xmlAttrPtr attr = element->properties; attr != nullptr; attr = attr->next) {
+      for (xmlNodePtr child = attr->children; child != nullptr;) {
+        xmlNodePtr next = child->next;
+        if (foreign(child)) {
+          std::string text;
+          if (const xmlEntity* entity = entity_of(child)) AppendTextOf(entity->children, text);
+          charge(text.size());
+          xmlNodePtr replacement = xmlNewDocText(target, XmlText(text));
+          if (replacement == nullptr) throw std::bad_alloc();
+          LinkChild(reinterpret_cast<xmlNodePtr>(attr), replacement, child);
+          xmlUnlinkNode(child);
+          xmlFreeNode(child);
+        }
+        child = next;
+      }
+    }
+    for (xmlNodePtr child = element->children; child != nullptr;) {
+      if (!foreign(child)) {
+        if (child->type == XML_ELEMENT_NODE) elements.push_back(child);
+        child = child->next;
+        continue;
+      }
+      // The entity's nodes go in its place and are looked at in turn: they
+      // may hold references themselves.
+      xmlNodePtr first = child->next;
+      const xmlEntity* entity = entity_of(child);
+      if (entity != nullptr && entity->children != nullptr) {
+        std::string text;
+        AppendTextOf(entity->children, text);
+        charge(text.size() + 1);
+        xmlNodePtr copies = xmlDocCopyNodeList(target, entity->children);
+        if (copies == nullptr) throw std::bad_alloc();
+        first = copies;
+        while (copies != nullptr) {
+          xmlNodePtr next = copies->next;
+          copies->next = copies->prev = nullptr;
+          LinkChild(element, copies, child);
+          copies = next;
+        }
+      }
+      xmlUnlinkNode(child);
+      xmlFreeNode(child);
+      child = first;
+    }
   }
 }
 

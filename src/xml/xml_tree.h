@@ -37,6 +37,14 @@ void LinkChild(xmlNodePtr parent, xmlNodePtr child, xmlNodePtr ref);
 // at declarations in scope at its current place, declaring what is missing.
 void ReconcileNamespaces(xmlNodePtr element);
 
+// Replaces, in the subtree `top` (a copy just made into another document),
+// every reference to an entity that its new document does not declare by
+// what the entity of `source` holds: its nodes in element content, its text
+// in attribute values. The copy then reads and saves as it did. Raises when
+// the expansion would grow beyond a limit (a few references to a large
+// entity can make a copy thousands of times its size).
+void ExpandForeignEntityReferences(xmlNodePtr top, const xmlDoc* source);
+
 // True when `name` is a valid XML name.
 bool IsValidName(const std::string& name);
 

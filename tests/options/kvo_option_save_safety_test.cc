@@ -141,5 +141,23 @@ TEST_F(KvoOptionSaveSafetyTest, SavedFileKeepsThePermissionsOfTheFileItReplaces)
             fs::perms::owner_read | fs::perms::owner_write);
 }
 
+TEST_F(KvoOptionSaveSafetyTest, InternalEntitiesReadAsTheirTextAndSaveAsLoadableText) {
+  dir_.Write("entities.xml",
+             "<!DOCTYPE config [<!ENTITY e \"hello\"><!ENTITY f \"&e; &amp; more\">]>"
+             "<config><section id=\"a\"><group id=\"g\"><option name=\"n\" value=\"&e;-x\"/>"
+             "<option name=\"m\" value=\"[&f;]\"/>&f;</group></section></config>");
+  ASSERT_TRUE(option_.LoadOption(dir_.File("entities.xml")));
+
+  EXPECT_EQ(option_.GetOption("n", "a", "g"), "hello-x");
+  EXPECT_EQ(option_.GetOption("m", "a", "g"), "[hello & more]");
+  ASSERT_TRUE(option_.SaveOption(file_));
+
+  HeldOption loaded;
+  ASSERT_TRUE(loaded.LoadOption(file_));
+  EXPECT_EQ(loaded.GetOption("n", "a", "g"), "hello-x");
+  EXPECT_EQ(loaded.GetOption("m", "a", "g"), "[hello & more]");
+  EXPECT_EQ(ReadFile(file_).find("&e;"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace veld
