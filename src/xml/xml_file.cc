@@ -38,6 +38,9 @@ FileError DescribeFileError(int error_number, bool reading) {
       return {errnum::kXmlAccessDenied, "Access is denied."};
     case ENOSPC:
       return {errnum::kXmlFailure, "There is not enough space on the disk."};
+    case EFBIG:
+      return {errnum::kXmlFailure,
+              "The input is larger than the 64 MiB read from a pipe or device."};
     default:
       return {errnum::kXmlFailure, std::strerror(error_number)};
   }
@@ -131,6 +134,11 @@ int InputFile::Read(char* buffer, int length) {
   const size_t got = std::fread(buffer, 1, static_cast<size_t>(length), file_);
   if (got == 0 && std::ferror(file_)) {
     read_errno_ = errno != 0 ? errno : EIO;
+    return -1;
+  }
+  // A pipe or device may never end (/dev/zero): it is read up to a limit.
+  if (!regular_ && (streamed_ += got) > kMaxStreamedInput) {
+    read_errno_ = EFBIG;
     return -1;
   }
   return static_cast<int>(got);

@@ -24,6 +24,10 @@ struct FileError {
 bool ReadFileBytes(const std::string& path, std::string& bytes, FileError& error);
 
 // A file open for reading in pieces, as the parser reads a document.
+// What is read from an input that is not a regular file (a pipe, a device)
+// before the read fails as too large.
+inline constexpr size_t kMaxStreamedInput = size_t{64} << 20;
+
 class InputFile {
  public:
   InputFile() = default;
@@ -48,6 +52,7 @@ class InputFile {
   std::FILE* file_ = nullptr;
   size_t size_ = 0;
   bool regular_ = false;
+  size_t streamed_ = 0;  // bytes read so far when not regular
   int read_errno_ = 0;
 };
 

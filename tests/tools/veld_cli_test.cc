@@ -490,5 +490,116 @@ TEST_F(VeldCliTest, ExportDrawsProgressOnATerminalOnly) {
   EXPECT_EQ(piped.out, "");
 }
 
+// Runs the tool with standard output on /dev/full (`closed` false) or closed
+// (`closed` true); gives the exit status and what standard error got.
+Result RunVeldWithBrokenStdout(const std::vector<std::string>& args, bool closed) {
+  int err_pipe[2];
+  if (pipe(err_pipe) != 0) return {};
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+  if (closed) {
+    posix_spawn_file_actions_addclose(&actions, 1);
+  } else {
+    posix_spawn_file_actions_addopen(&actions, 1, "/dev/full", O_WRONLY, 0);
+  }
+  posix_spawn_file_actions_adddup2(&actions, err_pipe[1], 2);
+  posix_spawn_file_actions_addclose(&actions, err_pipe[0]);
+  std::vector<std::string> words = {VELD_CLI_PATH};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  pid_t pid = 0;
+  const int spawned = posix_spawn(&pid, VELD_CLI_PATH, &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  close(err_pipe[1]);
+  Result result;
+  char buffer[4096];
+  ssize_t n;
+  while ((n = read(err_pipe[0], buffer, sizeof buffer)) > 0) {
+    result.err.append(buffer, static_cast<size_t>(n));
+  }
+  close(err_pipe[0]);
+  if (spawned != 0) return result;
+  int status = 0;
+  waitpid(pid, &status, 0);
+  result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+TEST_F(VeldCliTest, OutputToAFullDiskExitsOneWithTheSystemsReason) {
+  std::string items = "<items>";
+  for (int i = 0; i < 5000; ++i) items += "<item name='n" + std::to_string(i) + "' value='v'/>";
+  items += "</items>";
+  const std::string file = dir_.Write("many.xml", items);
+
+  for (const std::vector<std::string>& args :
+       {std::vector<std::string>{"--version"}, std::vector<std::string>{"--help"},
+        std::vector<std::string>{"items", "list", file}, std::vector<std::string>{"self-check"}}) {
+    Result result = RunVeldWithBrokenStdout(args, false);
+    EXPECT_EQ(result.exit_code, 1) << args[0];
+    EXPECT_EQ(result.err, "veld: cannot write to standard output: No space left on device\n");
+  }
+}
+
+TEST_F(VeldCliTest, OutputToAClosedStdoutExitsOne) {
+  Result result = RunVeldWithBrokenStdout({"--help"}, true);
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld: cannot write to standard output: Bad file descriptor\n");
+}
+
+TEST_F(VeldCliTest, CommandWithoutOutputIgnoresAClosedStdout) {
+  const std::string file = dir_.File("o.xml");
+  Result result = RunVeldWithBrokenStdout(
+      {"options", "set", "--section", "s", "--group", "g", file, "n", "v"}, true);
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+}
+
+TEST_F(VeldCliTest, EndlessInputIsReadUpToALimit) {
+  Result items = RunVeld({"items", "list", "/dev/zero"});
+  EXPECT_EQ(items.exit_code, 1);
+  EXPECT_EQ(items.err, "veld items list: Failed to load items Xml. (/dev/zero)\n");
+
+  Result registry =
+      RunVeld({"registry", "load", "HKEY_CURRENT_USER\\Software\\VeldTest", "/dev/zero"});
+  EXPECT_EQ(registry.exit_code, 1);
+  EXPECT_EQ(registry.err, "veld registry load: /dev/zero is larger than 64 MiB\n");
+}
+
+TEST_F(VeldCliTest, DoubleDashAfterDoubleDashIsAnOperand) {
+  const std::string file = dir_.File("o.xml");
+  ASSERT_EQ(RunVeld({"options", "set", "--section", "s", "--group", "g", "--", file, "n", "--"})
+                .exit_code,
+            0);
+
+  Result result = RunVeld({"options", "get", "--section", "s", "--group", "g", file, "n"});
+  EXPECT_EQ(result.out, "--\n");
+}
+
+TEST_F(VeldCliTest, SelfCheckBlamesAnUnknownOption) {
+  Result result = RunVeld({"self-check", "--bogus"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(
+      result.err.rfind("veld self-check: unknown option --bogus\n\nusage: veld self-check\n", 0),
+      0u)
+      << result.err;
+
+  result = RunVeld({"self-check", "extra"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld self-check: too many arguments\n", 0), 0u) << result.err;
+
+  result = RunVeld({"self-check", "--help"});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.out.rfind("usage: veld self-check\n", 0), 0u);
+}
+
+TEST_F(VeldCliTest, VersionWithArgumentsIsAWrongCommandLine) {
+  Result result = RunVeld({"--version", "extra"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err, "veld: --version takes no arguments\n");
+  EXPECT_EQ(result.out, "");
+}
+
 }  // namespace
 }  // namespace veld

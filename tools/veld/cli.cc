@@ -1,6 +1,8 @@
 #include "cli.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 #include "veld/runtime/automation_error.h"
@@ -50,7 +52,8 @@ Args ParseArgs(const Command& command, const std::vector<std::string>& words) {
   for (size_t i = 0; i < words.size(); ++i) {
     const std::string& word = words[i];
     if (operands_only || word.size() < 3 || word.compare(0, 2, "--") != 0) {
-      if (word == "--") {
+      // After the first "--", a "--" is an operand like any other word.
+      if (!operands_only && word == "--") {
         operands_only = true;
         continue;
       }
@@ -148,6 +151,27 @@ int Run(const std::vector<Group>& groups, const std::string& top_help,
   return kExitFailure;
 }
 
-void Out(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+namespace {
+
+// The first failed write to standard output, as errno gave it; 0 for none.
+int out_error = 0;
+
+}  // namespace
+
+void Out(const std::string& text) {
+  errno = 0;
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && out_error == 0) {
+    out_error = errno != 0 ? errno : EIO;
+  }
+}
+
+int FinishOutput(int exit_code) {
+  errno = 0;
+  if (std::fflush(stdout) != 0 && out_error == 0) out_error = errno != 0 ? errno : EIO;
+  if (out_error == 0 && std::ferror(stdout)) out_error = EIO;
+  if (out_error == 0) return exit_code;
+  std::fprintf(stderr, "veld: cannot write to standard output: %s\n", std::strerror(out_error));
+  return exit_code == kExitOk ? kExitFailure : exit_code;
+}
 
 }  // namespace veld::cli

@@ -86,6 +86,11 @@ int Run(const std::vector<Group>& groups, const std::string& top_help,
 // Writes text to standard output exactly as given.
 void Out(const std::string& text);
 
+// Flushes standard output and gives the tool's exit status: `exit_code`, or
+// kExitFailure, with the system's reason on standard error, when anything
+// written to standard output (by Out or printf) was lost.
+int FinishOutput(int exit_code);
+
 }  // namespace veld::cli
 
 #endif  // VELD_TOOLS_VELD_CLI_H_

@@ -30,18 +30,40 @@ std::string TopHelp(const std::vector<veld::cli::Group>& groups) {
   return text;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  const std::vector<std::string> words(argv + 1, argv + argc);
-  if (words.size() == 1 && words[0] == "--version") {
+int Main(const std::vector<std::string>& words) {
+  using veld::cli::kExitUsage;
+  if (!words.empty() && words[0] == "--version") {
+    if (words.size() > 1) {
+      std::fprintf(stderr, "veld: --version takes no arguments\n");
+      return kExitUsage;
+    }
     std::printf("veld %s (%s)\n", VELD_VERSION_STRING,
                 veld::Platform::Default().ProductName().c_str());
     return veld::cli::kExitOk;
   }
-  if (words.size() == 1 && words[0] == "self-check") return veld::cli::SelfCheck();
+  if (!words.empty() && words[0] == "self-check") {
+    if (words.size() == 1) return veld::cli::SelfCheck();
+    const std::string usage =
+        "usage: veld self-check\n\nexercise the library briefly and report each check\n";
+    if (words[1] == "--help" || words[1] == "-h") {
+      veld::cli::Out(usage);
+      return veld::cli::kExitOk;
+    }
+    const bool option = words[1].size() > 2 && words[1].compare(0, 2, "--") == 0;
+    std::fprintf(stderr, "veld self-check: %s\n\n%s",
+                 option ? ("unknown option " + words[1]).c_str() : "too many arguments",
+                 usage.c_str());
+    return kExitUsage;
+  }
   const std::vector<veld::cli::Group> groups = {
       veld::cli::ItemsCommands(), veld::cli::OptionsCommands(), veld::cli::RegistryCommands(),
       veld::cli::DatasetsCommands(), veld::cli::XmlCommands()};
   return veld::cli::Run(groups, TopHelp(groups), words);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  return veld::cli::FinishOutput(Main(words));
 }

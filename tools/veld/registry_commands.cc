@@ -112,10 +112,17 @@ int Dump(const Args& args) {
 int Load(const Args& args) {
   std::ifstream file(args.At(1), std::ios::binary);
   if (!file) throw Failure("cannot read " + args.At(1));
-  std::ostringstream text;
-  text << file.rdbuf();
+  // A pipe or device may never end: read up to a limit.
+  constexpr size_t kLimit = size_t{64} << 20;
+  std::string text;
+  char chunk[64 * 1024];
+  while (file.read(chunk, sizeof chunk) || file.gcount() > 0) {
+    text.append(chunk, static_cast<size_t>(file.gcount()));
+    if (text.size() > kLimit) throw Failure(args.At(1) + " is larger than 64 MiB");
+  }
+  if (file.bad()) throw Failure("cannot read " + args.At(1));
   KvoRegistry registry;
-  if (!registry.SetKeyValuesFromXml(args.At(0), text.str())) Fail(registry);
+  if (!registry.SetKeyValuesFromXml(args.At(0), text)) Fail(registry);
   return kExitOk;
 }
 
