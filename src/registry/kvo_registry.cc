@@ -201,7 +201,10 @@ bool KvoRegistry::GetKeyValuesToXml(const std::string& sFullKeyName, std::string
         root.AppendChild(option);
       }
     }
-    sValuesXml = document.Xml();
+    std::string xml = document.Xml();
+    // Text that would not load again must not pass for values XML.
+    if (!XmlDocument().LoadXml(xml)) Fail(kValuesNotRepresentable);
+    sValuesXml = std::move(xml);
     result = true;
   });
   return result;

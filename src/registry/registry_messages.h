@@ -13,6 +13,9 @@ inline constexpr char kInvalidMainKeyName[] = "Invalid main key name specified -
 inline constexpr char kNoRootTagSpecified[] = "No root tag specified.";
 inline constexpr char kNoValuesSpecified[] = "No values specified.";
 inline constexpr char kFailedToLoadValues[] = "Failed to load values from xml.";
+// Values XML would not load again (control characters, say) are refused.
+inline constexpr char kValuesNotRepresentable[] =
+    "Registry values hold characters that XML cannot hold.";
 
 // The message recorded for a registry result code: "" for 0, the table's
 // text for the codes it lists, else "Unexpected error occurs(Err#: " + code

@@ -344,6 +344,28 @@ TEST_F(KvoRegistryTest, KeyWithStringNumberExpandAndBinaryGivesTwoOptions) {
   EXPECT_EQ(reg_.GetLastError(), "");
 }
 
+TEST_F(KvoRegistryTest, ValuesXmlThatWouldNotLoadIsRefused) {
+  ASSERT_TRUE(reg_.SetStringValue(kKey, "control", "a\x01b"));
+  std::string xml = "previous";
+
+  EXPECT_FALSE(reg_.GetKeyValuesToXml(kKey, xml));
+
+  EXPECT_EQ(xml, "");
+  EXPECT_EQ(reg_.GetLastError(), "Registry values hold characters that XML cannot hold.");
+}
+
+TEST_F(KvoRegistryTest, ValuesXmlWithTabsAndNewlinesLoadsBack) {
+  ASSERT_TRUE(reg_.SetStringValue(kKey, "text", "tab\there\nline"));
+  std::string xml;
+  ASSERT_TRUE(reg_.GetKeyValuesToXml(kKey, xml));
+
+  KvoRegistry other;
+  ASSERT_TRUE(other.SetKeyValuesFromXml(kKey + std::string("\\Copy"), xml));
+  std::string value;
+  other.GetStringValue(kKey + std::string("\\Copy"), "text", value);
+  EXPECT_EQ(value, "tab\there\nline");
+}
+
 TEST_F(KvoRegistryTest, ValuesXmlUsesRootTagGroupIdAndRegistryOrder) {
   ASSERT_TRUE(reg_.SetDWORDValue(kKey, "z", -1));
   ASSERT_TRUE(reg_.SetStringValue(kKey, "a", "  x<&\"y"));

@@ -14,6 +14,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "veld/platform/platform.h"
+#include "veld/registry/kvo_registry.h"
+
 #include "support/testing.h"
 
 extern char** environ;
@@ -235,6 +238,60 @@ TEST(SqliteRegistryTest, ProcessKilledInsideWriteLeavesStoreConsistent) {
   // The killed writer's lock is gone: the store takes writes again.
   EXPECT_EQ(reg.SetValue(key, "after", kRegSz, reinterpret_cast<const uint8_t*>("3"), 1), 0);
   EXPECT_EQ(ReadString(reg, key, "after"), std::string("3\0", 2));
+}
+
+TEST(SqliteRegistryTest, ValueLongerThanTheStoreTakesFailsAndKeepsTheOldValue) {
+  testing::TempDir dir;
+  SqliteRegistry reg(dir.File("registry.db"));
+  reg.SetValueLimitForTesting(100000);
+  RegistryHandle key = 0;
+  ASSERT_EQ(reg.CreateKey(kHkeyCurrentUser, "Software\\Big", &key), 0);
+  const std::string small = "small";
+  ASSERT_EQ(reg.SetValue(key, "v", kRegSz, reinterpret_cast<const uint8_t*>(small.data()),
+                         static_cast<uint32_t>(small.size())),
+            0);
+  const std::string big(150000, 'x');
+
+  EXPECT_EQ(reg.SetValue(key, "v", kRegSz, reinterpret_cast<const uint8_t*>(big.data()),
+                         static_cast<uint32_t>(big.size())),
+            regerr::kCantWrite);
+
+  uint32_t type = 0;
+  uint32_t size = 0;
+  ASSERT_EQ(reg.QueryValue(key, "v", &type, nullptr, &size), 0);
+  EXPECT_EQ(size, small.size() + 1);
+  reg.CloseKey(key);
+}
+
+// The library's store, limited, for KvoRegistry.
+class LimitedRegistryPlatform : public ForwardingPlatform {
+ public:
+  explicit LimitedRegistryPlatform(const std::string& path) : store(path) {
+    store.SetValueLimitForTesting(100000);
+  }
+  RegistryBackend& Registry() override { return store; }
+  SqliteRegistry store;
+};
+
+TEST(SqliteRegistryTest, LoadingAValueLongerThanTheStoreTakesFailsWithAMessage) {
+  testing::TempDir dir;
+  LimitedRegistryPlatform platform(dir.File("registry.db"));
+  ScopedPlatform installed(platform);
+  KvoRegistry registry;
+  const std::string key = "HKEY_CURRENT_USER\\Software\\Big";
+  const std::string values = "<options><option name='a' value='1'/><option name='big' value='" +
+                             std::string(150000, 'x') + "'/></options>";
+
+  EXPECT_FALSE(registry.SetKeyValuesFromXml(key, values));
+
+  EXPECT_EQ(registry.GetLastError(), "Failed to set specified key value.");
+  std::string value;
+  registry.GetStringValue(key, "a", value);
+  EXPECT_EQ(value, "1");
+  // The value that did not fit was not written at all.
+  value = "unchanged";
+  registry.GetStringValue(key, "big", value);
+  EXPECT_NE(registry.GetLastError(), "");
 }
 
 }  // namespace

@@ -62,6 +62,7 @@ inline constexpr int32_t kBadPathName = 161;
 inline constexpr int32_t kMoreData = 234;
 inline constexpr int32_t kNoMoreItems = 259;
 inline constexpr int32_t kBadDb = 1009;
+inline constexpr int32_t kCantWrite = 1013;
 inline constexpr int32_t kIoFailed = 1016;
 inline constexpr int32_t kKeyDeleted = 1018;
 }  // namespace regerr

@@ -55,6 +55,9 @@ int32_t SqliteToRegistryError(int code) {
       return regerr::kBadDb;
     case SQLITE_NOMEM:
       return regerr::kOutOfMemory;
+    case SQLITE_TOOBIG:
+      // A value longer than the store takes.
+      return regerr::kCantWrite;
     default:
       return regerr::kIoFailed;
   }
@@ -239,6 +242,12 @@ void SqliteRegistry::Close() {
   db_ = nullptr;
 }
 
+void SqliteRegistry::SetValueLimitForTesting(int bytes) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  value_limit_ = bytes;
+  if (db_ != nullptr) sqlite3_limit(db_, SQLITE_LIMIT_LENGTH, bytes);
+}
+
 void SqliteRegistry::SetWriteHookForTesting(std::function<void()> hook) {
   std::lock_guard<std::mutex> lock(mutex_);
   write_hook_ = std::move(hook);
@@ -255,6 +264,7 @@ int32_t SqliteRegistry::Open() {
     return SqliteToRegistryError(code);
   }
   sqlite3_busy_timeout(db, kBusyTimeoutMs);
+  if (value_limit_ > 0) sqlite3_limit(db, SQLITE_LIMIT_LENGTH, value_limit_);
   // Write-ahead logging lets readers go on while another process writes; a
   // store that cannot switch (another process holds it) keeps its journal,
   // which is just as safe.

@@ -46,6 +46,11 @@ class SqliteRegistry final : public RegistryBackend {
   // file again.
   void Close();
 
+  // Lowers the longest value (and statement) the store takes, which is
+  // SQLite's length limit (a billion bytes) otherwise; a longer value fails
+  // with 1013. Lets a test reach the limit without a billion bytes.
+  void SetValueLimitForTesting(int bytes);
+
   // Runs `hook` inside every write transaction, after its changes and before
   // its commit. Lets a test stop a process in the middle of a write.
   void SetWriteHookForTesting(std::function<void()> hook);
@@ -68,6 +73,7 @@ class SqliteRegistry final : public RegistryBackend {
   std::map<RegistryHandle, OpenHandle> handles_;
   RegistryHandle next_handle_ = 0x1000;
   std::function<void()> write_hook_;
+  int value_limit_ = 0;  // 0: SQLite's own
 };
 
 // Where the process's store lives: $VELD_REGISTRY_FILE, else
