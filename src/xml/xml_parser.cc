@@ -1,5 +1,6 @@
 #include "xml/xml_parser.h"
 
+#include <algorithm>
 #include <climits>
 #include <new>
 #include <vector>
@@ -19,6 +20,14 @@ namespace {
 
 constexpr const char* kXsltNamespace = "http://www.w3.org/1999/XSL/Transform";
 constexpr size_t kMaxSrcText = 1024;
+
+// The text entity references may stand for, in all: ten times the document,
+// at least 1 MiB, at most 256 MiB.
+constexpr size_t kEntityExpansionFactor = 10;
+constexpr size_t kMinEntityExpansion = size_t{1} << 20;
+constexpr size_t kMaxEntityExpansion = size_t{256} << 20;
+constexpr char kEntityExpansionMessage[] =
+    "The entity references of the document expand to more than ten times its size.";
 
 // External entities and DTDs are refused even if some path of the parser
 // asked for one; the parse options already keep it from asking.
@@ -202,6 +211,17 @@ ParseResult Parse(MakeContext make_context, TextEncoding encoding, const std::st
     std::string reason = errors.Message();
     if (reason.empty()) reason = "The document is not well-formed.";
     return Failure(first.code, std::move(reason), first.line, first.column, source_text(), url);
+  }
+  // Entity references are kept as references, but whoever reads the text
+  // gets their expansion: a few references to a large entity would make a
+  // small document read as gigabytes.
+  if (doc->intSubset != nullptr && doc->intSubset->entities != nullptr) {
+    const size_t consumed = static_cast<size_t>(std::max(0L, xmlByteConsumed(ctxt.get())));
+    const size_t limit =
+        std::clamp(consumed * kEntityExpansionFactor, kMinEntityExpansion, kMaxEntityExpansion);
+    if (EntityExpansionSize(doc.get(), limit) > limit) {
+      return Failure(XML_ERR_ENTITY_LOOP, kEntityExpansionMessage, 0, 0, source_text(), url);
+    }
   }
   MarkUtf8(doc.get());
   if (!url.empty()) doc->URL = xmlPathToURI(XmlText(url));

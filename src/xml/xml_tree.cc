@@ -2,6 +2,7 @@
 
 #include <new>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <libxml/entities.h>
@@ -206,6 +207,68 @@ void LinkChild(xmlNodePtr parent, xmlNodePtr child, xmlNodePtr ref) {
     }
     ref->prev = child;
   }
+}
+
+namespace {
+
+// The length of the text `entity` stands for, nested references included;
+// remembered per entity, so that each is measured once.
+size_t EntityTextSize(const xmlEntity* entity, std::unordered_map<const xmlEntity*, size_t>& sizes,
+                      int depth) {
+  if (entity == nullptr) return 0;
+  auto known = sizes.find(entity);
+  if (known != sizes.end()) return known->second;
+  size_t size = 0;
+  if (entity->children == nullptr) {
+    size = entity->content != nullptr ? xmlStrlen(entity->content) : 0;
+  } else if (depth < 64) {
+    for (const xmlNode* child = entity->children; child != nullptr; child = child->next) {
+      std::vector<const xmlNode*> pending{child};
+      while (!pending.empty()) {
+        const xmlNode* node = pending.back();
+        pending.pop_back();
+        if (node->type == XML_ENTITY_REF_NODE) {
+          size += EntityTextSize(xmlGetDocEntity(node->doc, node->name), sizes, depth + 1);
+          continue;
+        }
+        if (node->content != nullptr) size += xmlStrlen(node->content);
+        for (const xmlNode* inner = node->children; inner != nullptr; inner = inner->next) {
+          pending.push_back(inner);
+        }
+      }
+    }
+  }
+  sizes.emplace(entity, size);
+  return size;
+}
+
+}  // namespace
+
+size_t EntityExpansionSize(const xmlDoc* doc, size_t limit) {
+  std::unordered_map<const xmlEntity*, size_t> sizes;
+  size_t total = 0;
+  std::vector<const xmlNode*> pending;
+  for (const xmlNode* child = doc->children; child != nullptr; child = child->next) {
+    pending.push_back(child);
+  }
+  while (!pending.empty() && total <= limit) {
+    const xmlNode* node = pending.back();
+    pending.pop_back();
+    if (node->type == XML_ENTITY_REF_NODE) {
+      total += EntityTextSize(xmlGetDocEntity(node->doc, node->name), sizes, 0);
+      continue;
+    }
+    if (node->type != XML_ELEMENT_NODE) continue;
+    for (const xmlAttr* attr = node->properties; attr != nullptr; attr = attr->next) {
+      for (const xmlNode* value = attr->children; value != nullptr; value = value->next) {
+        if (value->type == XML_ENTITY_REF_NODE) pending.push_back(value);
+      }
+    }
+    for (const xmlNode* child = node->children; child != nullptr; child = child->next) {
+      pending.push_back(child);
+    }
+  }
+  return total;
 }
 
 void ExpandForeignEntityReferences(xmlNodePtr top, const xmlDoc* source) {

@@ -45,6 +45,12 @@ void ReconcileNamespaces(xmlNodePtr element);
 // entity can make a copy thousands of times its size).
 void ExpandForeignEntityReferences(xmlNodePtr top, const xmlDoc* source);
 
+// The text that the entity references of `doc` stand for, in all, each
+// reference counted where it stands (in element content and attribute
+// values). Counting stops once it passes `limit`; the result is then some
+// number above `limit`.
+size_t EntityExpansionSize(const xmlDoc* doc, size_t limit);
+
 // True when `name` is a valid XML name.
 bool IsValidName(const std::string& name);
 

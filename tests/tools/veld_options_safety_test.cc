@@ -56,6 +56,8 @@ std::string OptionName(int n) { return "o" + std::to_string(n); }
 
 // The options 0..count-1 that `file` holds with their expected values.
 int CountLeadingOptions(const std::string& file, int limit) {
+  // Killed before its first save: there is no file yet.
+  if (!fs::exists(file) && !fs::exists(file + ".bak")) return 0;
   KvoOption options;
   if (!options.LoadOption(file)) return -1;
   int count = 0;

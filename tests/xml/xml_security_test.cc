@@ -137,6 +137,49 @@ TEST(XmlSecurityTest, BillionLaughsFailsWithoutLargeMemory) {
   EXPECT_LT(PeakRssKilobytes() - before, 256 * 1024);
 }
 
+// One large entity referenced many times: each reference is small, but
+// reading the text would expand it thousands of times.
+std::string ManyReferencesToALargeEntity(int references) {
+  std::string text = "<!DOCTYPE items [<!ENTITY e \"" + std::string(100000, 'x') +
+                     "\">]><items><item name=\"a\" value=\"";
+  for (int i = 0; i < references; ++i) text += "&e;";
+  return text + "\"/></items>";
+}
+
+constexpr char kExpansionRefused[] =
+    "The entity references of the document expand to more than ten times its size.";
+
+TEST(XmlSecurityTest, ManyReferencesToALargeEntityAreRefusedAtLoad) {
+  long before = PeakRssKilobytes();
+  XmlDocument doc;
+  EXPECT_FALSE(doc.LoadXml(ManyReferencesToALargeEntity(20000)));
+  EXPECT_EQ(doc.ParseError().Reason(), kExpansionRefused);
+  EXPECT_TRUE(doc.IsEmpty());
+  EXPECT_LT(PeakRssKilobytes() - before, 256 * 1024);
+}
+
+TEST(XmlSecurityTest, ManyReferencesToALargeEntityInAFileAreRefused) {
+  TempDir dir;
+  XmlDocument doc;
+  EXPECT_FALSE(doc.Load(dir.Write("quad.xml", ManyReferencesToALargeEntity(200))));
+  EXPECT_EQ(doc.ParseError().Reason(), kExpansionRefused);
+}
+
+TEST(XmlSecurityTest, EntityExpansionWithinTenTimesTheDocumentLoads) {
+  XmlDocument doc;
+  // 100 KB of entity, referenced 9 times: under ten times the document.
+  ASSERT_TRUE(doc.LoadXml(ManyReferencesToALargeEntity(9))) << doc.ParseError().Reason();
+  EXPECT_EQ(doc.SelectSingleNode("//item").GetAttribute("value").size(), 900000u);
+}
+
+TEST(XmlSecurityTest, SmallDocumentsMayExpandToOneMebibyte) {
+  std::string text = "<!DOCTYPE r [<!ENTITY e \"" + std::string(1000, 'y') + "\">]><r>";
+  for (int i = 0; i < 1000; ++i) text += "&e;";
+  XmlDocument doc;
+  ASSERT_TRUE(doc.LoadXml(text + "</r>")) << doc.ParseError().Reason();
+  EXPECT_EQ(doc.DocumentElement().Text().size(), 1000000u);
+}
+
 TEST(XmlSecurityTest, BillionLaughsFromAFileFails) {
   TempDir dir;
   XmlDocument doc;
