@@ -86,6 +86,45 @@ ConnectionString ConnectionString::Parse(std::string_view text) {
   return result;
 }
 
+namespace {
+
+// True when `value` is one quoted value: an opening quote, its content with
+// that quote doubled inside, the closing quote, then at most blanks.
+bool IsOneQuotedValue(std::string_view value) {
+  if (value.empty() || (value.front() != '"' && value.front() != '\'')) return false;
+  const char quote = value.front();
+  size_t at = 1;
+  while (at < value.size()) {
+    if (value[at] != quote) {
+      ++at;
+      continue;
+    }
+    if (at + 1 < value.size() && value[at + 1] == quote) {
+      at += 2;
+      continue;
+    }
+    return TrimBlanks(value.substr(at + 1)).empty();
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string QuoteConnectionValue(std::string_view value) {
+  if (IsOneQuotedValue(value)) return std::string(value);
+  const bool bare =
+      value.find(';') == std::string_view::npos &&
+      (value.empty() || (!IsBlank(value.front()) && !IsBlank(value.back()) &&
+                         value.front() != '"' && value.front() != '\'' && value.front() != '='));
+  if (bare) return std::string(value);
+  std::string quoted = "\"";
+  for (char c : value) {
+    quoted += c;
+    if (c == '"') quoted += '"';
+  }
+  return quoted + "\"";
+}
+
 std::optional<std::string> ConnectionString::Get(std::string_view key) const {
   for (auto it = pairs_.rbegin(); it != pairs_.rend(); ++it) {
     if (EqualsIgnoreCase(it->first, key)) return it->second;

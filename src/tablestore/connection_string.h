@@ -31,6 +31,13 @@ class ConnectionString {
   std::vector<std::pair<std::string, std::string>> pairs_;
 };
 
+// `value` as it is put after "key=" so that Parse gives it back exactly:
+// bare when it holds nothing the grammar reads (so ordinary values are
+// unchanged), else in double quotes with any double quote doubled. A value
+// that already is one complete quoted value is kept as it is: Parse gives
+// its content, as it always did for callers who quoted it themselves.
+std::string QuoteConnectionValue(std::string_view value);
+
 }  // namespace veld
 
 #endif  // VELD_TABLESTORE_CONNECTION_STRING_H_

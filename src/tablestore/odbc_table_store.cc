@@ -87,21 +87,9 @@ void Check(SQLRETURN rc, const Handle& on, int32_t number = errnum::kDbCommandEr
   if (!SQL_SUCCEEDED(rc)) RaiseOdbc(on.type, on.handle, number);
 }
 
-// A value for a connection string: as it is when it is plain, otherwise in
-// braces with "}" doubled. (Some drivers read the DSN themselves and do not
-// take braces off, so plain values stay bare.)
-std::string Braced(const std::string& value) {
-  if (value.find_first_of(";{}=") == std::string::npos && !value.empty() && value.front() != ' ' &&
-      value.back() != ' ') {
-    return value;
-  }
-  std::string braced = "{";
-  for (char c : value) {
-    braced += c;
-    if (c == '}') braced += '}';
-  }
-  return braced + "}";
-}
+constexpr char kUncarriedCredentials[] =
+    "The user name or password holds \";\", a brace or blanks at its ends, which an ODBC "
+    "connection string cannot carry; give them in the data source instead.";
 
 struct Field {
   std::string name;
@@ -322,14 +310,31 @@ std::unique_ptr<TableStore> OpenOdbcTableStore(const std::string& target, const 
                 reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
   connected->dbc = Handle(SQL_HANDLE_DBC, connected->env.handle);
   const Handle& dbc = connected->dbc;
-  std::string connection = target.find('=') != std::string::npos ? target : "DSN=" + Braced(target);
-  if (!connection.empty() && connection.back() != ';') connection += ';';
-  if (!user.empty()) connection += "UID=" + Braced(user) + ";";
-  if (!password.empty()) connection += "PWD=" + Braced(password) + ";";
-  SQLCHAR out[1024];
-  SQLSMALLINT out_length = 0;
-  const SQLRETURN rc = SQLDriverConnect(dbc.handle, nullptr, Text(connection), SQL_NTS, out,
-                                        sizeof out, &out_length, SQL_DRIVER_NOPROMPT);
+  SQLRETURN rc;
+  if (target.find('=') == std::string::npos) {
+    // A data source name: the name, user and password go as arguments of
+    // their own, so nothing in them is read as connection-string syntax.
+    rc =
+        SQLConnect(dbc.handle, Text(target), SQL_NTS, Text(user), SQL_NTS, Text(password), SQL_NTS);
+  } else {
+    // A connection string of the caller's: drivers differ in how (and
+    // whether) they read braces, so a user or password that would need them
+    // is refused rather than let change the string.
+    for (const std::string* value : {&user, &password}) {
+      if (value->find_first_of(";{}") != std::string::npos ||
+          (!value->empty() && (value->front() == ' ' || value->back() == ' '))) {
+        RaiseError(errnum::kDbFailure, kUncarriedCredentials);
+      }
+    }
+    std::string connection = target;
+    if (connection.back() != ';') connection += ';';
+    if (!user.empty()) connection += "UID=" + user + ";";
+    if (!password.empty()) connection += "PWD=" + password + ";";
+    SQLCHAR out[1024];
+    SQLSMALLINT out_length = 0;
+    rc = SQLDriverConnect(dbc.handle, nullptr, Text(connection), SQL_NTS, out, sizeof out,
+                          &out_length, SQL_DRIVER_NOPROMPT);
+  }
   if (!SQL_SUCCEEDED(rc)) {
     // Not connected: nothing to disconnect.
     std::string state;

@@ -10,6 +10,8 @@
 #include "veld/runtime/automation_error.h"
 #include "veld/tablestore/table_store.h"
 
+#include "tablestore/connection_string.h"
+
 namespace veld {
 
 namespace {
@@ -77,12 +79,12 @@ class RowWriter {
 
 std::string ExportConnectionString(const std::string& sMDBFile, const std::string& sUID,
                                    const std::string& sPWD) {
-  std::string connection =
-      "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=%DBN%;User ID=%UID%;Password=%PWD%";
-  ReplaceAll(connection, "%DBN%", sMDBFile);
-  ReplaceAll(connection, "%UID%", sUID);
-  ReplaceAll(connection, "%PWD%", sPWD);
-  return connection;
+  // Each value is quoted where it holds what the grammar reads (";", a
+  // quote, blanks at its ends), so that a password such as
+  // "p;Data Source=other.db" cannot name another database; and each goes in
+  // once, so that a placeholder inside one value is not filled in turn.
+  return "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=" + QuoteConnectionValue(sMDBFile) +
+         ";User ID=" + QuoteConnectionValue(sUID) + ";Password=" + QuoteConnectionValue(sPWD);
 }
 
 void RowCols::Assign(const KvoGeneralItems& items) {

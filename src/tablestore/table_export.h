@@ -56,7 +56,8 @@ using ExportProgress =
 
 // The connection string of the classic export: "PROVIDER=Microsoft.Jet.OLEDB.4.0;
 // Data Source=%DBN%;User ID=%UID%;Password=%PWD%" with each placeholder
-// replaced, case-sensitively and everywhere, in that order.
+// replaced by its value, quoted where the value would otherwise change the
+// string's meaning (see QuoteConnectionValue).
 std::string ExportConnectionString(const std::string& sMDBFile, const std::string& sUID,
                                    const std::string& sPWD);
 

@@ -122,5 +122,66 @@ TYPED_TEST(DatasetExportTest, ValueFailingConversionInLastRowLeavesTheTableAsItW
   }
 }
 
+// Caller values never change what the connection string says, whatever
+// characters they hold.
+TYPED_TEST(DatasetExportTest, PasswordNamingAnotherDatabaseDoesNotRedirectTheRows) {
+  const std::string other = this->dir_.File("other.db");
+  testing::SqliteExec(other,
+                      "CREATE TABLE orders (id INTEGER, Amount NUMERIC, qty INTEGER, note TEXT)");
+
+  for (const std::string& password :
+       {"p;Data Source=" + other, "\"x\";Data Source=" + other, " ;Data Source=" + other + "; "}) {
+    this->Exec("DELETE FROM orders");
+    EXPECT_TRUE(this->dataset_.SaveDataToMDBTable("D1", this->path_, "orders",
+                                                  "user;Data Source=" + other, password))
+        << this->dataset_.GetLastError();
+    EXPECT_EQ(this->Orders().size(), 2u) << password;
+  }
+  EXPECT_TRUE(testing::SqliteRows(other, "SELECT id FROM orders").empty());
+}
+
+TYPED_TEST(DatasetExportTest, FileNameWithSeparatorsQuotesBracesAndBlanksIsUsedAsItIs) {
+  for (const std::string name : {"a;b=c.db", "{x}.db", "it's \"q\".db", " lead.db", "==.db"}) {
+    const std::string path = this->dir_.File(name);
+    testing::SqliteExec(path,
+                        "CREATE TABLE orders (id INTEGER, Amount NUMERIC, qty INTEGER, note TEXT)");
+    EXPECT_TRUE(this->dataset_.SaveDataToMDBTable("D1", path, "orders", "u=1", "p{}"))
+        << name << ": " << this->dataset_.GetLastError();
+    EXPECT_EQ(testing::SqliteRows(path, "SELECT id FROM orders ORDER BY id"), (Rows{{"1"}, {"2"}}))
+        << name;
+  }
+}
+
+TYPED_TEST(DatasetExportTest, OdbcDataSourceTakesUserAndPasswordAsArguments) {
+  std::ofstream(this->dir_.File("odbc.ini"))
+      << "[veld_inject]\nDriver=SQLite3\nDatabase=" << this->path_ << "\n";
+  ::setenv("ODBCINI", this->dir_.File("odbc.ini").c_str(), 1);
+  const std::string other = this->dir_.File("other.db");
+
+  EXPECT_TRUE(this->dataset_.SaveDataToMDBTable("D1", "odbc:veld_inject", "orders",
+                                                "u;Database=" + other, "p};Database={" + other))
+      << this->dataset_.GetLastError();
+
+  EXPECT_EQ(this->Orders().size(), 2u);
+  EXPECT_FALSE(std::ifstream(other).good());
+}
+
+TYPED_TEST(DatasetExportTest, OdbcConnectionStringRefusesCredentialsItCannotCarry) {
+  const std::string target = "odbc:Driver={SQLite3};Database=" + this->path_;
+  for (const std::string& password :
+       {std::string("p;Database=x.db"), std::string("{p}"), std::string(" p")}) {
+    EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D1", target, "orders", "", password));
+    EXPECT_EQ(this->dataset_.GetLastError(),
+              "The user name or password holds \";\", a brace or blanks at its ends, which an "
+              "ODBC connection string cannot carry; give them in the data source instead.(ERR#: "
+              "-2147467259)");
+  }
+  EXPECT_TRUE(this->Orders().empty());
+  // Plain ones go in.
+  EXPECT_TRUE(this->dataset_.SaveDataToMDBTable("D1", target, "orders", "user", "pass"))
+      << this->dataset_.GetLastError();
+  EXPECT_EQ(this->Orders().size(), 2u);
+}
+
 }  // namespace
 }  // namespace veld

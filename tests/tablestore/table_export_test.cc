@@ -11,6 +11,7 @@
 
 #include "support/sqlite_file.h"
 #include "support/testing.h"
+#include "tablestore/connection_string.h"
 
 namespace veld {
 namespace {
@@ -53,12 +54,54 @@ class TableExportTest : public ::testing::Test {
   std::string path_;
 };
 
-TEST(ExportConnectionStringTest, ReplacesEachPlaceholderEverywhereAsItIs) {
+TEST(ExportConnectionStringTest, PlainValuesGoInAsTheyAre) {
   EXPECT_EQ(ExportConnectionString("a.db", "u", "p"),
             "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=a.db;User ID=u;Password=p");
-  // A ";" in a value is not escaped: it starts another pair.
-  EXPECT_EQ(ExportConnectionString("x;Mode=Read", "%PWD%", "s"),
-            "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=x;Mode=Read;User ID=s;Password=s");
+  EXPECT_EQ(ExportConnectionString("dir/my file.db", "", "a=b{c}"),
+            "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=dir/my file.db;User ID=;Password=a=b{c}");
+}
+
+TEST(ExportConnectionStringTest, ValueThatWouldChangeTheStringIsQuoted) {
+  EXPECT_EQ(ExportConnectionString("x;Mode=Read", "%PWD%", "p;Data Source=other.db"),
+            "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=\"x;Mode=Read\";User ID=%PWD%;"
+            "Password=\"p;Data Source=other.db\"");
+  EXPECT_EQ(ExportConnectionString(" a.db ", "\"u", "=p"),
+            "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=\" a.db \";User ID=\"\"\"u\";"
+            "Password=\"=p\"");
+}
+
+TEST(ExportConnectionStringTest, ValueQuotedByTheCallerIsKept) {
+  EXPECT_EQ(ExportConnectionString("\"odbc:Driver={SQLite3};Database=a.db\"", "u", "p"),
+            "PROVIDER=Microsoft.Jet.OLEDB.4.0;Data Source=\"odbc:Driver={SQLite3};Database=a.db\";"
+            "User ID=u;Password=p");
+}
+
+// Whatever the file name, user and password hold, the string reads back as
+// exactly those three values (a caller's own complete quoting aside).
+TEST(ExportConnectionStringTest, EveryValueReadsBackExactly) {
+  const std::vector<std::string> values = {"",          "plain",
+                                           "a;b",       "a=b",
+                                           "==",        "{a}",
+                                           "}{",        "a}}b;",
+                                           "'quoted'x", "\"q",
+                                           "it's",      " lead",
+                                           "trail ",    " ",
+                                           "x\"y\"z",   "p;Data Source=other.db",
+                                           "%DBN%",     "a;User ID=admin",
+                                           "\t",        "'",
+                                           "\"\"x"};
+  for (const std::string& file : values) {
+    for (const std::string& user : values) {
+      for (const std::string& password : values) {
+        const ConnectionString parsed =
+            ConnectionString::Parse(ExportConnectionString(file, user, password));
+        EXPECT_EQ(parsed.Get("Data Source"), file) << file;
+        EXPECT_EQ(parsed.Get("User ID"), user) << user;
+        EXPECT_EQ(parsed.Get("Password"), password) << password;
+        EXPECT_EQ(parsed.Pairs().size(), 4u);
+      }
+    }
+  }
 }
 
 TEST_F(TableExportTest, EmptyDataElementWithClearFirstEmptiesTheTable) {
