@@ -16,12 +16,6 @@ namespace veld {
 
 namespace {
 
-void ReplaceAll(std::string& text, const std::string& from, const std::string& to) {
-  for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
-    text.replace(at, from.size(), to);
-  }
-}
-
 // The classic statements put the table name between "[" and "]", where a
 // name holding "]" cannot be written; such a name fails as those statements
 // did.
