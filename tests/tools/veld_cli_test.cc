@@ -13,8 +13,7 @@
 #include <unistd.h>
 
 #include "support/testing.h"
-
-extern char** environ;
+#include "veld_process.h"
 
 namespace veld {
 namespace {
@@ -31,25 +30,13 @@ Result RunVeld(const std::vector<std::string>& args) {
   int out_pipe[2];
   int err_pipe[2];
   if (pipe(out_pipe) != 0 || pipe(err_pipe) != 0) return {};
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_adddup2(&actions, out_pipe[1], 1);
-  posix_spawn_file_actions_adddup2(&actions, err_pipe[1], 2);
-  posix_spawn_file_actions_addclose(&actions, out_pipe[0]);
-  posix_spawn_file_actions_addclose(&actions, err_pipe[0]);
-  std::vector<std::string> words = {VELD_CLI_PATH};
-  words.insert(words.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  const int spawned = posix_spawn(&pid, VELD_CLI_PATH, &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
+  const pid_t pid =
+      testing::StartVeld(args, testing::Sink::Descriptor(out_pipe[1]),
+                         testing::Sink::Descriptor(err_pipe[1]), {out_pipe[0], err_pipe[0]});
   close(out_pipe[1]);
   close(err_pipe[1]);
   Result result;
-  if (spawned != 0) {
+  if (pid < 0) {
     close(out_pipe[0]);
     close(err_pipe[0]);
     return result;
@@ -495,24 +482,9 @@ TEST_F(VeldCliTest, ExportDrawsProgressOnATerminalOnly) {
 Result RunVeldWithBrokenStdout(const std::vector<std::string>& args, bool closed) {
   int err_pipe[2];
   if (pipe(err_pipe) != 0) return {};
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-  if (closed) {
-    posix_spawn_file_actions_addclose(&actions, 1);
-  } else {
-    posix_spawn_file_actions_addopen(&actions, 1, "/dev/full", O_WRONLY, 0);
-  }
-  posix_spawn_file_actions_adddup2(&actions, err_pipe[1], 2);
-  posix_spawn_file_actions_addclose(&actions, err_pipe[0]);
-  std::vector<std::string> words = {VELD_CLI_PATH};
-  words.insert(words.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  const int spawned = posix_spawn(&pid, VELD_CLI_PATH, &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
+  const pid_t pid = testing::StartVeld(
+      args, closed ? testing::Sink{testing::Sink::kClosed} : testing::Sink{testing::Sink::kFull},
+      testing::Sink::Descriptor(err_pipe[1]), {err_pipe[0]});
   close(err_pipe[1]);
   Result result;
   char buffer[4096];
@@ -521,7 +493,7 @@ Result RunVeldWithBrokenStdout(const std::vector<std::string>& args, bool closed
     result.err.append(buffer, static_cast<size_t>(n));
   }
   close(err_pipe[0]);
-  if (spawned != 0) return result;
+  if (pid < 0) return result;
   int status = 0;
   waitpid(pid, &status, 0);
   result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

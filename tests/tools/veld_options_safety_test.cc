@@ -21,8 +21,7 @@
 #include "veld/options/kvo_option.h"
 
 #include "support/testing.h"
-
-extern char** environ;
+#include "veld_process.h"
 
 namespace veld {
 namespace {
@@ -33,44 +32,14 @@ namespace fs = std::filesystem;
 
 // Runs the built tool with `args`, output discarded; gives its exit status.
 int RunVeldQuietly(const std::vector<std::string>& args) {
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-  std::vector<std::string> words = {VELD_CLI_PATH};
-  words.insert(words.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  const int spawned = posix_spawn(&pid, VELD_CLI_PATH, &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  if (spawned != 0) return -1;
+  const pid_t pid = testing::StartVeld(args, {}, {});
+  if (pid < 0) return -1;
   int status = 0;
   waitpid(pid, &status, 0);
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 std::string OptionName(int n) { return "o" + std::to_string(n); }
-
-// Starts the built tool with `args`, output discarded; gives its process id.
-pid_t StartVeld(const std::vector<std::string>& args) {
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-  std::vector<std::string> words = {VELD_CLI_PATH};
-  words.insert(words.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  const int spawned = posix_spawn(&pid, VELD_CLI_PATH, &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  return spawned == 0 ? pid : -1;
-}
 
 std::vector<std::string> SetArgs(const std::string& file, int n) {
   return {"options", "set",         "--section",
@@ -94,7 +63,7 @@ TEST(VeldOptionsCrashTest, SetsKilledAtRandomInstantsLoseNothingReported) {
   int killed = 0;
   std::mt19937 random(20261125);
   for (int n = 1; n < 300; ++n) {
-    const pid_t pid = StartVeld(SetArgs(file, n));
+    const pid_t pid = testing::StartVeld(SetArgs(file, n), {}, {});
     ASSERT_GT(pid, 0);
     // Anywhere in its run, or after it (then the kill finds it finished).
     std::this_thread::sleep_for(std::chrono::microseconds(random() % (run_time * 3 / 2 + 1)));
