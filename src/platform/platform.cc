@@ -5,6 +5,7 @@
 #include <fstream>
 #include <system_error>
 
+#include "veld/platform/regional_settings.h"
 #include "veld/runtime/automation_error.h"
 #include "veld/tablestore/table_store.h"
 
@@ -26,6 +27,10 @@ namespace fs = std::filesystem;
 }  // namespace
 
 Platform::~Platform() = default;
+
+std::shared_ptr<const RegionalSettings> Platform::Regional() {
+  return RegionalSettingsForLocale(ProcessLocaleId());
+}
 
 std::string Platform::WriteFileBeside(const std::string& path, std::string_view bytes) {
   for (int attempt = 0;; ++attempt) {
@@ -119,6 +124,9 @@ std::string ForwardingPlatform::AnsiCodePage() { return target_.AnsiCodePage(); 
 int32_t ForwardingPlatform::TwipsPerPixelX() { return target_.TwipsPerPixelX(); }
 int32_t ForwardingPlatform::TwipsPerPixelY() { return target_.TwipsPerPixelY(); }
 bool ForwardingPlatform::XslDocumentReadAllowed() { return target_.XslDocumentReadAllowed(); }
+std::shared_ptr<const RegionalSettings> ForwardingPlatform::Regional() {
+  return target_.Regional();
+}
 RegistryBackend& ForwardingPlatform::Registry() { return target_.Registry(); }
 std::unique_ptr<TableStore> ForwardingPlatform::OpenTableStore(
     const std::string& connection_string) {

@@ -1,7 +1,7 @@
 // Platform: everything that differs by operating system or host application.
 //
 // The library reaches files, GUIDs, the message box, the message loop, the
-// "ANSI" code page and screen metrics only through the process's current
+// "ANSI" code page, regional settings and screen metrics only through the process's current
 // Platform. A default for the operating system is installed at start; a host
 // application (to show its own message boxes and pump its own events) or a
 // test (to make the file system fail on cue) installs its own with
@@ -20,6 +20,7 @@
 namespace veld {
 
 class RegistryBackend;
+struct RegionalSettings;
 class TableStore;
 
 // A 128-bit GUID in its classic field layout.
@@ -101,6 +102,13 @@ class VELD_EXPORT Platform {
   // style sheets turns it on by overriding this.
   virtual bool XslDocumentReadAllowed() { return false; }
 
+  // The regional settings that display formats, dates read from text and
+  // list sorting follow (veld/platform/regional_settings.h). The default is
+  // the process's locale (ProcessLocaleId on POSIX, the user's locale on
+  // Windows); a host or test that wants another overrides this, for example
+  // with RegionalSettingsForLocale("de-DE").
+  virtual std::shared_ptr<const RegionalSettings> Regional();
+
   // The registry KvoRegistry reads and writes (veld/registry/registry_backend.h):
   // the Windows registry on Windows, elsewhere a store in an SQLite file
   // ($VELD_REGISTRY_FILE, else $XDG_DATA_HOME/veld/registry.db, else
@@ -141,6 +149,7 @@ class VELD_EXPORT ForwardingPlatform : public Platform {
   int32_t TwipsPerPixelX() override;
   int32_t TwipsPerPixelY() override;
   bool XslDocumentReadAllowed() override;
+  std::shared_ptr<const RegionalSettings> Regional() override;
   RegistryBackend& Registry() override;
   std::unique_ptr<TableStore> OpenTableStore(const std::string& connection_string) override;
 
