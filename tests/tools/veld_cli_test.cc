@@ -573,5 +573,57 @@ TEST_F(VeldCliTest, VersionWithArgumentsIsAWrongCommandLine) {
   EXPECT_EQ(result.out, "");
 }
 
+TEST_F(VeldCliTest, FormatWritesTheValueAsTheLocaleShowsIt) {
+  Result result = RunVeld({"format", "--locale", "de-DE", "1234.5", "#,##0.00"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out, "1.234,50\n");
+  result = RunVeld({"format", "--locale", "en-US", "1234.5", "#,##0.00"});
+  EXPECT_EQ(result.out, "1,234.50\n");
+  result = RunVeld({"format", "--locale=de_DE.UTF-8", "2010-12-19 18:00", "Long Date"});
+  EXPECT_EQ(result.out, "Sonntag, 19. Dezember 2010\n");
+  result = RunVeld({"format", "--locale", "en-US", "2010-12-19 18:00"});
+  EXPECT_EQ(result.out, "12/19/2010 6:00:00 PM\n");
+}
+
+TEST_F(VeldCliTest, FormatTakesTextWhenAsked) {
+  Result result = RunVeld({"format", "--locale", "de-DE", "--text", "6,90", "###,##0.00"});
+  EXPECT_EQ(result.out, "6,90\n");
+  result = RunVeld({"format", "--locale", "en-US", "--text", "6,90", "###,##0.00"});
+  EXPECT_EQ(result.out, "690.00\n");
+  result = RunVeld({"format", "--locale", "en-US", "testing", ">@@@@@@@@"});
+  EXPECT_EQ(result.out, " TESTING\n");
+  result = RunVeld({"format", "--locale", "en-US", "-0.001", "0.00"});
+  EXPECT_EQ(result.out, "-0.00\n");
+}
+
+TEST_F(VeldCliTest, FormatFollowsLangWithoutLocale) {
+  const char* old_lang = std::getenv("LANG");
+  const std::string saved = old_lang ? old_lang : "";
+  const char* old_all = std::getenv("LC_ALL");
+  const std::string saved_all = old_all ? old_all : "";
+  unsetenv("LC_ALL");
+  setenv("LANG", "fr_FR.UTF-8", 1);
+  Result result = RunVeld({"format", "2.5"});
+  if (old_lang)
+    setenv("LANG", saved.c_str(), 1);
+  else
+    unsetenv("LANG");
+  if (old_all) setenv("LC_ALL", saved_all.c_str(), 1);
+  EXPECT_EQ(result.out, "2,5\n");
+}
+
+TEST_F(VeldCliTest, FormatFailuresAndUsage) {
+  Result result = RunVeld({"format", "--locale", "en-US", "1e9", "yyyy"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld format: Invalid procedure call or argument\n");
+  result = RunVeld({"format"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld format: missing arguments\n\nusage: veld format", 0), 0u)
+      << result.err;
+  result = RunVeld({"format", "--help"});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.out.rfind("usage: veld format [options] VALUE [PATTERN]", 0), 0u);
+}
+
 }  // namespace
 }  // namespace veld

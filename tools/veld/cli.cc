@@ -12,7 +12,7 @@ namespace veld::cli {
 namespace {
 
 std::string CommandUsage(const std::string& group, const Command& command) {
-  std::string text = "usage: veld " + group + " " + command.name;
+  std::string text = "usage: veld " + (group.empty() ? "" : group + " ") + command.name;
   if (!command.flags.empty()) text += " [options]";
   if (!command.operands.empty()) text += " " + command.operands;
   text += "\n\n" + command.summary + "\n";
@@ -91,6 +91,32 @@ Args ParseArgs(const Command& command, const std::vector<std::string>& words) {
   return args;
 }
 
+int RunCommand(const std::string& group, const Command& command,
+               const std::vector<std::string>& rest) {
+  for (const std::string& word : rest) {
+    if (word == "--") break;
+    if (IsHelp(word)) {
+      Out(CommandUsage(group, command));
+      return kExitOk;
+    }
+  }
+  const std::string prefix = "veld " + (group.empty() ? "" : group + " ") + command.name + ": ";
+  try {
+    return command.run(ParseArgs(command, rest));
+  } catch (const UsageError& error) {
+    std::fprintf(stderr, "%s%s\n\n%s", prefix.c_str(), error.what(),
+                 CommandUsage(group, command).c_str());
+    return kExitUsage;
+  } catch (const Failure& error) {
+    std::fprintf(stderr, "%s%s\n", prefix.c_str(), error.what());
+  } catch (const AutomationError& error) {
+    std::fprintf(stderr, "%s%s\n", prefix.c_str(), error.Description().c_str());
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s%s\n", prefix.c_str(), error.what());
+  }
+  return kExitFailure;
+}
+
 int Run(const std::vector<Group>& groups, const std::string& top_help,
         const std::vector<std::string>& words) {
   if (words.empty()) {
@@ -126,29 +152,8 @@ int Run(const std::vector<Group>& groups, const std::string& top_help,
                  words[1].c_str(), GroupUsage(*group).c_str());
     return kExitUsage;
   }
-  const std::vector<std::string> rest(words.begin() + 2, words.end());
-  for (const std::string& word : rest) {
-    if (word == "--") break;
-    if (IsHelp(word)) {
-      Out(CommandUsage(group->name, *command));
-      return kExitOk;
-    }
-  }
-  const std::string prefix = "veld " + group->name + " " + command->name + ": ";
-  try {
-    return command->run(ParseArgs(*command, rest));
-  } catch (const UsageError& error) {
-    std::fprintf(stderr, "%s%s\n\n%s", prefix.c_str(), error.what(),
-                 CommandUsage(group->name, *command).c_str());
-    return kExitUsage;
-  } catch (const Failure& error) {
-    std::fprintf(stderr, "%s%s\n", prefix.c_str(), error.what());
-  } catch (const AutomationError& error) {
-    std::fprintf(stderr, "%s%s\n", prefix.c_str(), error.Description().c_str());
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s%s\n", prefix.c_str(), error.what());
-  }
-  return kExitFailure;
+  return RunCommand(group->name, *command,
+                    std::vector<std::string>(words.begin() + 2, words.end()));
 }
 
 namespace {

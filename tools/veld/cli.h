@@ -83,6 +83,11 @@ Args ParseArgs(const Command& command, const std::vector<std::string>& words);
 int Run(const std::vector<Group>& groups, const std::string& top_help,
         const std::vector<std::string>& words);
 
+// Runs one command with the words after its name; `group` is "" for a
+// command of its own ("veld format"). Never throws.
+int RunCommand(const std::string& group, const Command& command,
+               const std::vector<std::string>& rest);
+
 // Writes text to standard output exactly as given.
 void Out(const std::string& text);
 

@@ -12,6 +12,9 @@ Group OptionsCommands();
 Group RegistryCommands();
 Group XmlCommands();
 
+// veld format, a command of its own.
+Command FormatCommand();
+
 // Runs the library's short self-check; 0 when every check passed.
 int SelfCheck();
 

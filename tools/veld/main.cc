@@ -22,6 +22,7 @@ std::string TopHelp(const std::vector<veld::cli::Group>& groups) {
     text += left + " " + group.summary + "\n";
   }
   text +=
+      "  format       write a value through a display format (veld format --help)\n"
       "  self-check   exercise the library briefly and report each check\n"
       "\n"
       "Run 'veld COMMAND --help' for the commands of a group.\n"
@@ -54,6 +55,10 @@ int Main(const std::vector<std::string>& words) {
                  option ? ("unknown option " + words[1]).c_str() : "too many arguments",
                  usage.c_str());
     return kExitUsage;
+  }
+  if (!words.empty() && words[0] == "format") {
+    return veld::cli::RunCommand("", veld::cli::FormatCommand(),
+                                 std::vector<std::string>(words.begin() + 1, words.end()));
   }
   const std::vector<veld::cli::Group> groups = {
       veld::cli::ItemsCommands(), veld::cli::OptionsCommands(), veld::cli::RegistryCommands(),
