@@ -55,10 +55,16 @@ int64_t DaysSinceEpoch(int year, int month, int day) {
 }
 
 DateParts DatePartsFromSerial(double serial) {
-  int64_t days = static_cast<int64_t>(std::trunc(serial));
+  int64_t days = 0;
+  return DatePartsFromSerial(serial, days);
+}
+
+DateParts DatePartsFromSerial(double serial, int64_t& days) {
+  days = static_cast<int64_t>(std::trunc(serial));
   // The fraction is a time of day on either side of 0 (see the header).
   const double fraction = std::fabs(serial - static_cast<double>(days));
-  int64_t seconds = std::llround(fraction * static_cast<double>(kSecondsPerDay));
+  // Not negative, so adding a half and truncating rounds half up.
+  int64_t seconds = static_cast<int64_t>(fraction * static_cast<double>(kSecondsPerDay) + 0.5);
   if (seconds >= kSecondsPerDay) {
     seconds -= kSecondsPerDay;
     days += 1;

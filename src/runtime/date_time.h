@@ -31,6 +31,8 @@ bool IsValidDateSerial(double serial);
 // The calendar date and time of a valid serial, the time rounded to the
 // nearest second (a time that rounds up to 24:00:00 moves to the next day).
 DateParts DatePartsFromSerial(double serial);
+// The same, also giving the whole days since 1899-12-30 of the result.
+DateParts DatePartsFromSerial(double serial, int64_t& days);
 
 // The serial of a date and time; the parts must name a real date and time
 // (month 1-12, day within the month, hour 0-23, minute and second 0-59).

@@ -1,6 +1,7 @@
 #include "veld/runtime/format.h"
 
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "runtime/date_parse.h"
@@ -22,6 +23,9 @@ namespace {
 constexpr int32_t kInvalidUseOfNull = 94;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// A formatted text, or nullopt for Null.
+using Result = std::optional<std::string>;
 
 // What a value is, once text has been read as a number or a date.
 struct Operand {
@@ -184,8 +188,8 @@ void RenderText(const fi::TextSection& section, std::string_view value, std::str
   }
 }
 
-Variant FormatWithText(const fi::CompiledPattern& compiled, const Variant& value,
-                       const RegionalSettings& regional) {
+Result FormatWithText(const fi::CompiledPattern& compiled, const Variant& value,
+                      const RegionalSettings& regional) {
   const auto& sections = compiled.text_sections;
   const bool blank =
       value.IsNull() || value.IsEmpty() || (value.IsString() && value.AsString().empty());
@@ -194,17 +198,17 @@ Variant FormatWithText(const fi::CompiledPattern& compiled, const Variant& value
     RenderText(sections[1], "", out);
     return out;
   }
-  if (value.IsNull()) return Variant::Null();
+  if (value.IsNull()) return std::nullopt;
   RenderText(sections[0], PlainText(value, regional), out);
   return out;
 }
 
-Variant FormatNumber(const fi::CompiledPattern& compiled, const Operand& operand,
-                     const RegionalSettings& regional) {
+Result FormatNumber(const fi::CompiledPattern& compiled, const Operand& operand,
+                    const RegionalSettings& regional) {
   const auto& sections = compiled.number_sections;
   std::string out;
   if (operand.kind == Operand::Kind::kNull) {
-    if (sections.size() < 4 || sections[3].empty) return Variant::Null();
+    if (sections.size() < 4 || sections[3].empty) return std::nullopt;
     fi::RenderNumber(sections[3], 0, regional, out);
     return out;
   }
@@ -227,9 +231,9 @@ Variant FormatNumber(const fi::CompiledPattern& compiled, const Operand& operand
   return out;
 }
 
-Variant FormatDate(const fi::DateSection& items, const Operand& operand,
-                   const RegionalSettings& regional, int first_day, int first_week) {
-  if (operand.kind == Operand::Kind::kNull) return Variant::Null();
+Result FormatDate(const fi::DateSection& items, const Operand& operand,
+                  const RegionalSettings& regional, int first_day, int first_week) {
+  if (operand.kind == Operand::Kind::kNull) return std::nullopt;
   if (operand.kind == Operand::Kind::kText) return operand.text;
   RequireDate(operand.number);
   std::string out;
@@ -311,19 +315,19 @@ std::string Currency(double number, const RegionalSettings& regional) {
   }
 }
 
-Variant FormatNamed(fi::NamedFormat named, const Variant& value, const RegionalSettings& regional) {
+Result FormatNamed(fi::NamedFormat named, const Variant& value, const RegionalSettings& regional) {
   const Operand operand = Read(value, regional);
-  if (operand.kind == Operand::Kind::kNull) return Variant::Null();
+  if (operand.kind == Operand::Kind::kNull) return std::nullopt;
   if (operand.kind == Operand::Kind::kText) return operand.text;
   const double number = operand.number;
-  auto numeric = [&](std::string_view pattern) -> Variant {
+  auto numeric = [&](std::string_view pattern) -> Result {
     if (!std::isfinite(number)) return DoubleText(number, regional);
     std::string out;
     if (number < 0) out.push_back('-');
     fi::RenderNumber(Section(pattern), std::fabs(number), regional, out);
     return out;
   };
-  auto date = [&](const fi::DateSection& items) -> Variant {
+  auto date = [&](const fi::DateSection& items) -> Result {
     RequireDate(number);
     std::string out;
     fi::RenderDate(items, number, regional, 1, 1, out);
@@ -372,15 +376,15 @@ Variant FormatNamed(fi::NamedFormat named, const Variant& value, const RegionalS
     case fi::NamedFormat::kNone:
       break;
   }
-  return Variant::Null();
+  return std::nullopt;
 }
 
-Variant FormatUnpatterned(const Variant& value, const RegionalSettings& regional) {
+Result FormatUnpatterned(const Variant& value, const RegionalSettings& regional) {
   switch (value.Type()) {
     case VarType::kEmpty:
       return std::string();
     case VarType::kNull:
-      return Variant::Null();
+      return std::nullopt;
     case VarType::kString:
       return value.AsString();
     default:
@@ -390,8 +394,10 @@ Variant FormatUnpatterned(const Variant& value, const RegionalSettings& regional
 
 }  // namespace
 
-Variant Format(const Variant& value, std::string_view pattern, int32_t firstDayOfWeek,
-               int32_t firstWeekOfYear) {
+namespace {
+
+Result FormatResult(const Variant& value, std::string_view pattern, int32_t firstDayOfWeek,
+                    int32_t firstWeekOfYear) {
   if (firstDayOfWeek < 0 || firstDayOfWeek > 7 || firstWeekOfYear < 0 || firstWeekOfYear > 3)
     RaiseError(errnum::kInvalidProcedureCall);
   if (value.IsMissing()) RaiseError(errnum::kTypeMismatch);
@@ -411,14 +417,23 @@ Variant Format(const Variant& value, std::string_view pattern, int32_t firstDayO
     case fi::PatternKind::kText:
       return FormatWithText(*compiled, value, *regional);
   }
-  return Variant::Null();
+  return std::nullopt;
+}
+
+}  // namespace
+
+Variant Format(const Variant& value, std::string_view pattern, int32_t firstDayOfWeek,
+               int32_t firstWeekOfYear) {
+  Result result = FormatResult(value, pattern, firstDayOfWeek, firstWeekOfYear);
+  if (!result) return Variant::Null();
+  return Variant(std::move(*result));
 }
 
 std::string FormatText(const Variant& value, std::string_view pattern, int32_t firstDayOfWeek,
                        int32_t firstWeekOfYear) {
-  const Variant result = Format(value, pattern, firstDayOfWeek, firstWeekOfYear);
-  if (result.IsNull()) RaiseError(kInvalidUseOfNull);
-  return result.AsString();
+  Result result = FormatResult(value, pattern, firstDayOfWeek, firstWeekOfYear);
+  if (!result) RaiseError(kInvalidUseOfNull);
+  return std::move(*result);
 }
 
 }  // namespace veld

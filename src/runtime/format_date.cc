@@ -8,11 +8,24 @@ namespace veld::format_internal {
 namespace {
 
 void Append2(int value, std::string& out) {
-  out.push_back(static_cast<char>('0' + value / 10 % 10));
-  out.push_back(static_cast<char>('0' + value % 10));
+  const char digits[2] = {static_cast<char>('0' + value / 10 % 10),
+                          static_cast<char>('0' + value % 10)};
+  out.append(digits, 2);
 }
 
-void AppendNumber(int value, std::string& out) { out += std::to_string(value); }
+void AppendNumber(int value, std::string& out) {
+  char digits[12];
+  int n = 0;
+  unsigned magnitude = value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
+  do {
+    digits[n++] = static_cast<char>('0' + magnitude % 10);
+    magnitude /= 10;
+  } while (magnitude != 0);
+  if (value < 0) digits[n++] = '-';
+  char ordered[12];
+  for (int i = 0; i < n; ++i) ordered[i] = digits[n - 1 - i];
+  out.append(ordered, static_cast<size_t>(n));
+}
 
 // The first character (UTF-8) of a text.
 std::string FirstCharacter(const std::string& text) {
@@ -51,8 +64,7 @@ struct Moment {
 
 Moment MomentOf(double serial) {
   Moment m;
-  m.parts = DatePartsFromSerial(serial);
-  m.days = DaysSinceEpoch(m.parts.year, m.parts.month, m.parts.day);
+  m.parts = DatePartsFromSerial(serial, m.days);
   m.zero_date = m.days == 0;
   m.midnight = m.parts.hour == 0 && m.parts.minute == 0 && m.parts.second == 0;
   return m;
