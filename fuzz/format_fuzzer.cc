@@ -30,15 +30,26 @@ class LocalePlatform : public veld::ForwardingPlatform {
 
 veld::Variant ValueOf(uint8_t kind, std::string_view text) {
   double number = 0;
+  int32_t whole = 0;
   std::memcpy(&number, text.data(), std::min(text.size(), sizeof number));
+  std::memcpy(&whole, text.data(), std::min(text.size(), sizeof whole));
+  // A serial anywhere near the date range, out-of-range ones included.
+  const double serial = static_cast<double>(whole) / 256.0;
   switch (kind % 8) {
-    case 0: return veld::Variant();
-    case 1: return veld::Variant::Null();
-    case 2: return veld::Variant(!text.empty());
-    case 3: return veld::Variant(static_cast<int32_t>(number));
-    case 4: return veld::Variant(number);
-    case 5: return veld::Variant::Date(static_cast<double>(static_cast<int64_t>(number * 1e6) % 3000000000) / 1000.0);
-    default: return veld::Variant(std::string(text));
+    case 0:
+      return veld::Variant();
+    case 1:
+      return veld::Variant::Null();
+    case 2:
+      return veld::Variant(!text.empty());
+    case 3:
+      return veld::Variant(whole);
+    case 4:
+      return veld::Variant(number);
+    case 5:
+      return veld::Variant::Date(serial);
+    default:
+      return veld::Variant(std::string(text));
   }
 }
 

@@ -5,8 +5,9 @@
 #                benchmarks are built, not run.
 #   build-asan/  clang with address + undefined-behaviour sanitizers:
 #                the same tests, plus a short libFuzzer run of each fuzz target.
-#   build-mingw/ the registry backend conformance suite cross-built with
-#                mingw-w64 and run under Wine against Wine's registry.
+#   build-mingw/ the registry backend conformance suite and the regional
+#                settings tests, cross-built with mingw-w64 and run under
+#                Wine against Wine's registry and locale data.
 # Exits non-zero when any step fails and ends with a short summary.
 #
 # Environment: VELD_BUILD_DIR, VELD_ASAN_BUILD_DIR, VELD_MINGW_BUILD_DIR
@@ -79,7 +80,7 @@ tree() {
 
 tree "gcc" "$VELD_BUILD_DIR" veld_configure_main || true
 tree "asan" "$VELD_ASAN_BUILD_DIR" veld_configure_asan || true
-step "wine registry" "$VELD_ROOT/tests/registry/wine/run-conformance.sh" "$VELD_MINGW_BUILD_DIR" || true
+step "wine" "$VELD_ROOT/tests/registry/wine/run-conformance.sh" "$VELD_MINGW_BUILD_DIR" || true
 
 echo
 echo "==> summary (${VELD_BUILD_DIR#"$VELD_ROOT"/}, ${VELD_ASAN_BUILD_DIR#"$VELD_ROOT"/})"

@@ -10,11 +10,13 @@
 // runtime: Variant, raised errors, the keyed collection, case folding.
 #include "veld/runtime/automation_error.h"
 #include "veld/runtime/case_folding.h"
+#include "veld/runtime/format.h"
 #include "veld/runtime/keyed_collection.h"
 #include "veld/runtime/variant.h"
 
 // platform: everything that differs by operating system or host.
 #include "veld/platform/platform.h"
+#include "veld/platform/regional_settings.h"
 
 // xml: the DOM and XPath over the library's XML documents.
 #include "veld/xml/xml_document.h"
