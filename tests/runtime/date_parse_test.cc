@@ -112,8 +112,9 @@ TEST_F(DateParseTest, TimesWithAndWithoutDesignators) {
 }
 
 TEST_F(DateParseTest, TextsThatAreNoDate) {
-  for (const char* text : {"0", "1", "0.0", "True", "24:00", "0:60", "1;2;3", "1.2.3.4",
-                           "04.28.2014", "", " ", "1 2 3 4", "1:2 3:4", "-5", "12:30:45:10"})
+  for (const char* text :
+       {"0", "1", "0.0", "True", "24:00", "0:60", "1;2;3", "1.2.3.4", "04.28.2014", "89:98",
+        "1/2/2014 89:98", "", " ", "1 2 3 4", "1:2 3:4", "-5", "12:30:45:10"})
     ExpectNoDate(text);
 }
 

@@ -396,6 +396,9 @@ TEST_F(FormatTest, LettersThatAreNoTokenAreWritten) {
   EXPECT_EQ(F(kDate2525, "t hh"), "t 12");
   EXPECT_EQ(F(kDate2525, "\"at\" hh"), "at 12");
   EXPECT_EQ(F(kDate2525, "yyyy \\y"), "1900 y");
+  // aaaa and oooo (localised day and month names in one copy of the old
+  // help) are not tokens here.
+  EXPECT_EQ(F(kDate2525, "aaaa oooo"), "aaaa oooo");
 }
 
 // --- text ---
