@@ -61,6 +61,17 @@ class VELD_EXPORT WorkerFrame {
     }
   }
 
+  // Runs `body` like Recorded, but leaves a previous failure in m_cErrObj
+  // when the body succeeds (for members that do not clear the record first).
+  template <class Body>
+  void RecordedKeepingLastError(Body&& body) noexcept {
+    try {
+      body();
+    } catch (...) {
+      RecordCurrentException();
+    }
+  }
+
   // Raises the library's own check failure: number -1 and `message`, with no
   // source, help file or help context.
   [[noreturn]] static void Fail(const std::string& message);

@@ -1,0 +1,29 @@
+// HeadlessTreeView: a complete in-memory tree view, for tests, servers and
+// command-line tools, and the state a GUI adapter mirrors.
+#ifndef VELD_CONTROLS_HEADLESS_TREE_VIEW_H_
+#define VELD_CONTROLS_HEADLESS_TREE_VIEW_H_
+
+#include <memory>
+
+#include "veld/controls/tree_view.h"
+#include "veld/export.h"
+
+namespace veld {
+
+class VELD_EXPORT HeadlessTreeView : public TreeView {
+ public:
+  HeadlessTreeView();
+  ~HeadlessTreeView() override;
+
+  NodeCollection& Nodes() override;
+  Node* SelectedItem() override;
+
+  struct State;
+
+ private:
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace veld
+
+#endif  // VELD_CONTROLS_HEADLESS_TREE_VIEW_H_

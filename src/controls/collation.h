@@ -1,0 +1,30 @@
+// The text comparison a list control sorts by: case-insensitive collation of
+// a locale (accents still count), as the platform's list control compares.
+#ifndef VELD_CONTROLS_COLLATION_H_
+#define VELD_CONTROLS_COLLATION_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace veld::controls_internal {
+
+class TextCollator {
+ public:
+  // `locale_id` as in RegionalSettings ("de-DE").
+  explicit TextCollator(const std::string& locale_id);
+  ~TextCollator();
+  TextCollator(const TextCollator&) = delete;
+  TextCollator& operator=(const TextCollator&) = delete;
+
+  // Negative, zero or positive as a sorts before, with or after b.
+  int Compare(std::string_view a, std::string_view b) const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace veld::controls_internal
+
+#endif  // VELD_CONTROLS_COLLATION_H_

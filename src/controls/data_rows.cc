@@ -1,0 +1,84 @@
+#include "controls/data_rows.h"
+
+#include <libxml/tree.h>
+
+#include "foundation/xml_utils.h"
+#include "runtime/text.h"
+#include "veld/xml/xml_node_list.h"
+#include "xml/xml_internal.h"
+
+namespace veld::controls_internal {
+
+namespace {
+
+// The string value XPath gives an attribute.
+std::string AttributeValue(xmlAttrPtr attribute) {
+  const xmlNode* child = attribute->children;
+  if (child == nullptr) return {};
+  if (child->next == nullptr && child->type == XML_TEXT_NODE && child->content != nullptr)
+    return reinterpret_cast<const char*>(child->content);
+  xmlChar* content = xmlNodeGetContent(reinterpret_cast<xmlNodePtr>(attribute));
+  std::string value = content != nullptr ? reinterpret_cast<const char*>(content) : "";
+  xmlFree(content);
+  return value;
+}
+
+bool AttributeEquals(xmlAttrPtr attribute, const std::string& text) {
+  const xmlNode* child = attribute->children;
+  if (child != nullptr && child->next == nullptr && child->type == XML_TEXT_NODE &&
+      child->content != nullptr)
+    return text == reinterpret_cast<const char*>(child->content);
+  if (child == nullptr) return text.empty();
+  return AttributeValue(attribute) == text;
+}
+
+// The attribute `name` in no namespace, as XPath's @name sees it.
+xmlAttrPtr FindAttribute(xmlNodePtr element, const char* name) {
+  for (xmlAttrPtr attribute = element->properties; attribute != nullptr;
+       attribute = attribute->next) {
+    if (attribute->ns == nullptr && xmlStrEqual(attribute->name, BAD_CAST name)) return attribute;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::string ColumnMatch(const std::string& field, const std::string& op, const std::string& value) {
+  return " and col[@name='" + field + "' and @value" + op + "'" + EscapeXmlText(Trim(value)) + "']";
+}
+
+void MatchFieldNamesUpper(const XmlDocument& data, std::initializer_list<std::string*> names) {
+  XmlNodeList cols = data.SelectNodes("//data[1]/row[1]/col");
+  const int32_t count = cols.Length();
+  for (int32_t i = 0; i < count; ++i) {
+    const XmlNode col = cols.Item(i);
+    const std::string spelt = GetNodeAttribute(col, "name", "");
+    const std::string wanted = UCase(Trim(spelt));
+    for (std::string* name : names) {
+      if (UCase(Trim(*name)) == wanted) *name = spelt;
+    }
+  }
+}
+
+bool ReadCol(const XmlNode& row, const std::string& field, std::string& value) {
+  if (field.find('\'') != std::string::npos || field.find('\0') != std::string::npos) {
+    const XmlNode col = row.SelectSingleNode("col[@name='" + field + "']");
+    value = GetNodeAttribute(col, "value", "");
+    return !col.IsNull();
+  }
+  const xmlNodePtr raw = xml_internal::LibxmlNode(row);
+  for (xmlNodePtr child = raw->children; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE || child->ns != nullptr ||
+        !xmlStrEqual(child->name, BAD_CAST "col"))
+      continue;
+    const xmlAttrPtr name = FindAttribute(child, "name");
+    if (name == nullptr || !AttributeEquals(name, field)) continue;
+    const xmlAttrPtr attribute = FindAttribute(child, "value");
+    value = attribute == nullptr ? std::string() : AttributeValue(attribute);
+    return true;
+  }
+  value.clear();
+  return false;
+}
+
+}  // namespace veld::controls_internal

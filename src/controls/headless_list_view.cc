@@ -1,0 +1,282 @@
+#include "veld/controls/headless_list_view.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "controls/collation.h"
+#include "controls/element_list.h"
+#include "veld/platform/platform.h"
+#include "veld/platform/regional_settings.h"
+#include "veld/runtime/automation_error.h"
+
+namespace veld {
+
+ColumnHeader::~ColumnHeader() = default;
+ColumnHeaderCollection::~ColumnHeaderCollection() = default;
+ListSubItem::~ListSubItem() = default;
+ListItem::~ListItem() = default;
+ListItemCollection::~ListItemCollection() = default;
+
+namespace controls_internal {
+
+// A new column's width when none is given: 1440 twips, an inch.
+constexpr double kDefaultColumnWidth = 1440;
+
+class HeadlessColumn;
+class HeadlessListItem;
+
+struct ListCore {
+  ElementList<HeadlessColumn> columns;
+  ElementList<HeadlessListItem> items;
+  HeadlessListItem* selected = nullptr;
+  HeadlessListItem* visible = nullptr;
+  bool sorted = false;
+  int16_t sort_key = 0;
+  int32_t sort_order = 0;
+
+  void Sort();
+};
+
+void CheckAlignment(int32_t alignment) {
+  if (alignment < 0 || alignment > 2) RaiseControlError(ctlerr::kInvalidPropertyValue);
+}
+
+class HeadlessColumn final : public ColumnHeader {
+ public:
+  HeadlessColumn(ListCore& core, std::string key) : key_(std::move(key)), core_(core) {}
+
+  int32_t Index() const override { return index_; }
+  std::string Key() const override { return key_; }
+  void SetKey(const std::string& key) override { core_.columns.Rekey(*this, key); }
+  std::string Text() const override { return text_; }
+  void SetText(const std::string& text) override { text_ = text; }
+  double Width() const override { return width_; }
+  void SetWidth(double twips) override { width_ = twips; }
+  int32_t Alignment() const override { return alignment_; }
+  void SetAlignment(int32_t alignment) override {
+    CheckAlignment(alignment);
+    alignment_ = alignment;
+  }
+  std::string Tag() const override { return tag_; }
+  void SetTag(const std::string& tag) override { tag_ = tag; }
+
+  int32_t index_ = 0;
+  std::string key_;
+
+ private:
+  ListCore& core_;
+  std::string text_;
+  double width_ = kDefaultColumnWidth;
+  int32_t alignment_ = 0;
+  std::string tag_;
+};
+
+class HeadlessSubItem final : public ListSubItem {
+ public:
+  explicit HeadlessSubItem(int32_t index) : index_(index) {}
+  int32_t Index() const override { return index_; }
+  std::string Text() const override { return text_; }
+  void SetText(const std::string& text) override { text_ = text; }
+  int32_t ForeColor() const override { return fore_color_; }
+  void SetForeColor(int32_t color) override { fore_color_ = color; }
+
+  const std::string& TextRef() const { return text_; }
+
+ private:
+  int32_t index_;
+  std::string text_;
+  int32_t fore_color_ = 0;
+};
+
+class HeadlessListItem final : public ListItem {
+ public:
+  HeadlessListItem(ListCore& core, std::string key, std::string text)
+      : key_(std::move(key)), core_(core), text_(std::move(text)) {}
+
+  int32_t Index() const override { return index_; }
+  std::string Key() const override { return key_; }
+  void SetKey(const std::string& key) override { core_.items.Rekey(*this, key); }
+  std::string Text() const override { return text_; }
+  void SetText(const std::string& text) override { text_ = text; }
+  std::string Icon() const override { return icon_; }
+  void SetIcon(const std::string& key) override { icon_ = key; }
+  std::string SmallIcon() const override { return small_icon_; }
+  void SetSmallIcon(const std::string& key) override { small_icon_ = key; }
+  std::string Tag() const override { return tag_; }
+  void SetTag(const std::string& tag) override { tag_ = tag; }
+  bool Selected() const override { return core_.selected == this; }
+  void SetSelected(bool selected) override {
+    if (selected) {
+      core_.selected = this;
+    } else if (core_.selected == this) {
+      core_.selected = nullptr;
+    }
+  }
+  int32_t ForeColor() const override { return fore_color_; }
+  void SetForeColor(int32_t color) override { fore_color_ = color; }
+  void EnsureVisible() override { core_.visible = this; }
+
+  std::string SubItems(int32_t n) const override {
+    if (n == 0) return text_;
+    CheckSubItem(n);
+    return static_cast<size_t>(n) <= subitems_.size() ? subitems_[n - 1]->Text() : std::string();
+  }
+  void SetSubItems(int32_t n, const std::string& text) override {
+    if (n == 0) {
+      text_ = text;
+      return;
+    }
+    ListSubItems(n).SetText(text);
+  }
+  ListSubItem& ListSubItems(int32_t n) override {
+    CheckSubItem(n);
+    while (subitems_.size() < static_cast<size_t>(n))
+      subitems_.push_back(
+          std::make_unique<HeadlessSubItem>(static_cast<int32_t>(subitems_.size()) + 1));
+    return *subitems_[n - 1];
+  }
+
+  // The sort text of column k (0: the text), without raising.
+  const std::string& ColumnText(int32_t k) const {
+    static const std::string kEmpty;
+    if (k == 0) return text_;
+    if (k < 0 || static_cast<size_t>(k) > subitems_.size()) return kEmpty;
+    return subitems_[k - 1]->TextRef();
+  }
+
+  int32_t index_ = 0;
+  std::string key_;
+
+ private:
+  void CheckSubItem(int32_t n) const {
+    if (n < 1 || n >= core_.columns.Count()) RaiseControlError(ctlerr::kIndexOutOfBounds);
+  }
+
+  ListCore& core_;
+  std::string text_;
+  std::string icon_;
+  std::string small_icon_;
+  std::string tag_;
+  int32_t fore_color_ = 0;
+  std::vector<std::unique_ptr<HeadlessSubItem>> subitems_;
+};
+
+void ListCore::Sort() {
+  const TextCollator collator(CurrentPlatform().Regional()->locale_id);
+  const int32_t key = sort_key;
+  const bool descending = sort_order == 1;
+  std::stable_sort(
+      items.Elements().begin(), items.Elements().end(),
+      [&](const std::unique_ptr<HeadlessListItem>& a, const std::unique_ptr<HeadlessListItem>& b) {
+        const int order = collator.Compare(a->ColumnText(key), b->ColumnText(key));
+        return descending ? order > 0 : order < 0;
+      });
+  items.Renumber(0);
+}
+
+class HeadlessColumnCollection final : public ColumnHeaderCollection {
+ public:
+  explicit HeadlessColumnCollection(ListCore& core) : core_(core) {}
+
+  int32_t Count() const override { return core_.columns.Count(); }
+  ColumnHeader& Item(const Variant& vIndexKey) override { return core_.columns.Item(vIndexKey); }
+
+  ColumnHeader& Add(const Variant& Index, const Variant& Key, const Variant& Text,
+                    const Variant& Width, const Variant& Alignment, const Variant&) override {
+    const int32_t position = core_.columns.InsertPosition(Index);
+    const std::string key = KeyArgument(Key);
+    core_.columns.CheckKey(key, nullptr);
+    int32_t alignment = 0;
+    if (!Alignment.IsMissing() && !Alignment.IsEmpty()) alignment = Alignment.ToLong();
+    CheckAlignment(alignment);
+    double width = kDefaultColumnWidth;
+    if (!Width.IsMissing() && !Width.IsEmpty()) width = Width.ToDouble();
+    auto column = std::make_unique<HeadlessColumn>(core_, key);
+    column->SetText(TextArgument(Text));
+    column->SetWidth(width);
+    column->SetAlignment(alignment);
+    return core_.columns.Insert(position, std::move(column));
+  }
+
+  void Remove(const Variant& vIndexKey) override {
+    HeadlessColumn* doomed = &core_.columns.Item(vIndexKey);
+    core_.columns.EraseIf([doomed](const HeadlessColumn& c) { return &c == doomed; });
+  }
+
+  void Clear() override { core_.columns.Clear(); }
+
+ private:
+  ListCore& core_;
+};
+
+class HeadlessListItemCollection final : public ListItemCollection {
+ public:
+  explicit HeadlessListItemCollection(ListCore& core) : core_(core) {}
+
+  int32_t Count() const override { return core_.items.Count(); }
+  ListItem& Item(const Variant& vIndexKey) override { return core_.items.Item(vIndexKey); }
+
+  ListItem& Add(const Variant& Index, const Variant& Key, const Variant& Text, const Variant& Icon,
+                const Variant& SmallIcon) override {
+    const int32_t position = core_.items.InsertPosition(Index);
+    const std::string key = KeyArgument(Key);
+    core_.items.CheckKey(key, nullptr);
+    auto item = std::make_unique<HeadlessListItem>(core_, key, TextArgument(Text));
+    item->SetIcon(TextArgument(Icon));
+    item->SetSmallIcon(TextArgument(SmallIcon));
+    return core_.items.Insert(position, std::move(item));
+  }
+
+  void Remove(const Variant& vIndexKey) override {
+    HeadlessListItem* doomed = &core_.items.Item(vIndexKey);
+    if (core_.selected == doomed) core_.selected = nullptr;
+    if (core_.visible == doomed) core_.visible = nullptr;
+    core_.items.EraseIf([doomed](const HeadlessListItem& item) { return &item == doomed; });
+  }
+
+  void Clear() override {
+    core_.selected = nullptr;
+    core_.visible = nullptr;
+    core_.items.Clear();
+  }
+
+ private:
+  ListCore& core_;
+};
+
+}  // namespace controls_internal
+
+struct HeadlessListView::State {
+  controls_internal::ListCore core;
+  controls_internal::HeadlessColumnCollection columns{core};
+  controls_internal::HeadlessListItemCollection items{core};
+};
+
+HeadlessListView::HeadlessListView() : state_(std::make_unique<State>()) {}
+HeadlessListView::~HeadlessListView() = default;
+
+ColumnHeaderCollection& HeadlessListView::ColumnHeaders() { return state_->columns; }
+ListItemCollection& HeadlessListView::ListItems() { return state_->items; }
+ListItem* HeadlessListView::SelectedItem() { return state_->core.selected; }
+ListItem* HeadlessListView::VisibleItem() { return state_->core.visible; }
+
+bool HeadlessListView::Sorted() const { return state_->core.sorted; }
+void HeadlessListView::SetSorted(bool sorted) {
+  state_->core.sorted = sorted;
+  if (sorted) state_->core.Sort();
+}
+
+int16_t HeadlessListView::SortKey() const { return state_->core.sort_key; }
+void HeadlessListView::SetSortKey(int16_t column) {
+  state_->core.sort_key = column;
+  if (state_->core.sorted) state_->core.Sort();
+}
+
+int32_t HeadlessListView::SortOrder() const { return state_->core.sort_order; }
+void HeadlessListView::SetSortOrder(int32_t order) {
+  if (order < 0 || order > 1) controls_internal::RaiseControlError(ctlerr::kInvalidPropertyValue);
+  state_->core.sort_order = order;
+  if (state_->core.sorted) state_->core.Sort();
+}
+
+}  // namespace veld
