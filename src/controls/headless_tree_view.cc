@@ -42,9 +42,14 @@ class HeadlessNode final : public Node {
   Node* Parent() override { return parent_; }
   Node* Child() override { return children_.empty() ? nullptr : children_.front(); }
   Node* Next() override {
-    const std::vector<HeadlessNode*>& siblings = Siblings();
-    auto at = std::find(siblings.begin(), siblings.end(), this);
-    return at == siblings.end() || at + 1 == siblings.end() ? nullptr : *(at + 1);
+    // The position among the siblings is remembered, so that walking a wide
+    // level with Next stays linear; it is found again after an insertion.
+    std::vector<HeadlessNode*>& siblings = Siblings();
+    if (sibling_position_ >= siblings.size() || siblings[sibling_position_] != this) {
+      for (size_t i = 0; i < siblings.size(); ++i) siblings[i]->sibling_position_ = i;
+    }
+    const size_t next = sibling_position_ + 1;
+    return next < siblings.size() ? siblings[next] : nullptr;
   }
   bool Expanded() const override { return expanded_; }
   void SetExpanded(bool expanded) override { expanded_ = expanded; }
@@ -67,6 +72,7 @@ class HeadlessNode final : public Node {
   HeadlessNode* parent_ = nullptr;
   std::vector<HeadlessNode*> children_;
   bool doomed_ = false;
+  size_t sibling_position_ = 0;
 
  private:
   TreeCore& state_;

@@ -625,5 +625,73 @@ TEST_F(VeldCliTest, FormatFailuresAndUsage) {
   EXPECT_EQ(result.out.rfind("usage: veld format [options] VALUE [PATTERN]", 0), 0u);
 }
 
+const char kDepartments[] =
+    "<dataset><data>"
+    "<row><col name=\"id\" value=\"1\"/><col name=\"parent\" value=\"\"/><col name=\"name\" "
+    "value=\"Company\"/></row>"
+    "<row><col name=\"id\" value=\"2\"/><col name=\"parent\" value=\"1\"/><col name=\"name\" "
+    "value=\"Sales\"/></row>"
+    "<row><col name=\"id\" value=\"3\"/><col name=\"parent\" value=\"2\"/><col name=\"name\" "
+    "value=\"North\"/></row>"
+    "<row index=\"0\"><col name=\"id\" value=\"9\"/><col name=\"parent\" value=\"2\"/><col "
+    "name=\"name\" value=\"Hidden\"/></row>"
+    "<row><col name=\"id\" value=\"4\"/><col name=\"parent\" value=\"2\"/><col name=\"name\" "
+    "value=\"South\"/></row>"
+    "<row><col name=\"id\" value=\"5\"/><col name=\"parent\" value=\"1\"/><col name=\"name\" "
+    "value=\"IT\"/></row>"
+    "<row><col name=\"id\" value=\"6\"/><col name=\"parent\" value=\"\"/><col name=\"name\" "
+    "value=\"Other\"/></row>"
+    "</data></dataset>";
+
+TEST_F(VeldCliTest, ViewTreeDrawsTheTreeTheHelperBuilds) {
+  const std::string file = dir_.Write("departments.xml", kDepartments);
+  Result result =
+      RunVeld({"view", "tree", "--key", "ID", "--parent", "Parent", "--text", "name", file});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out,
+            "Company\n"
+            "\u251c\u2500\u2500 Sales\n"
+            "\u2502   \u251c\u2500\u2500 North\n"
+            "\u2502   \u2514\u2500\u2500 South\n"
+            "\u2514\u2500\u2500 IT\n"
+            "Other\n");
+  result = RunVeld({"view", "tree", "--key", "id", "--parent", "parent", "--text", "name",
+                    "--text2", "id", "--filter", "parent=", file});
+  EXPECT_EQ(result.out, "[Company]   1\n[Other]   6\n");
+}
+
+TEST_F(VeldCliTest, ViewTreeFailsWithTheHelpersMessage) {
+  const std::string file =
+      dir_.Write("late.xml",
+                 "<dataset><data><row><col name=\"id\" value=\"2\"/><col name=\"p\" value=\"1\"/>"
+                 "<col name=\"t\" value=\"x\"/></row></data></dataset>");
+  Result result = RunVeld({"view", "tree", "--key", "id", "--parent", "p", "--text", "t", file});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "veld view tree: Element not found(ERR#: 35601)\n");
+  const std::string twice = dir_.Write(
+      "twice.xml",
+      "<dataset><data><row><col name=\"id\" value=\"1\"/><col name=\"t\" value=\"x\"/></row>"
+      "<row><col name=\"id\" value=\"1\"/><col name=\"t\" value=\"y\"/></row></data></dataset>");
+  result = RunVeld({"view", "tree", "--key", "id", "--parent", "p", "--text", "t", twice});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld view tree: Key is not unique in collection(ERR#: 35602)\n");
+  result = RunVeld(
+      {"view", "tree", "--key", "id", "--parent", "p", "--text", "t", dir_.File("missing.xml")});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err,
+            "veld view tree: Failed to load data from file - " + dir_.File("missing.xml") + ".\n");
+}
+
+TEST_F(VeldCliTest, ViewTreeUsage) {
+  Result result = RunVeld({"view", "tree", "--key", "id", "--text", "t", "f.xml"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld view tree: --parent is required\n", 0), 0u) << result.err;
+  result = RunVeld({"view", "tree", "--key", "id", "--parent", "p", "--text", "t", "--filter",
+                    "novalue", "f.xml"});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld view tree: --filter needs FIELD=VALUE, not 'novalue'\n", 0), 0u);
+}
+
 }  // namespace
 }  // namespace veld

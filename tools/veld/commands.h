@@ -10,6 +10,7 @@ Group DatasetsCommands();
 Group ItemsCommands();
 Group OptionsCommands();
 Group RegistryCommands();
+Group ViewCommands();
 Group XmlCommands();
 
 // veld format, a command of its own.

@@ -61,8 +61,8 @@ int Main(const std::vector<std::string>& words) {
                                  std::vector<std::string>(words.begin() + 1, words.end()));
   }
   const std::vector<veld::cli::Group> groups = {
-      veld::cli::ItemsCommands(), veld::cli::OptionsCommands(), veld::cli::RegistryCommands(),
-      veld::cli::DatasetsCommands(), veld::cli::XmlCommands()};
+      veld::cli::ItemsCommands(),    veld::cli::OptionsCommands(), veld::cli::RegistryCommands(),
+      veld::cli::DatasetsCommands(), veld::cli::XmlCommands(),     veld::cli::ViewCommands()};
   return veld::cli::Run(groups, TopHelp(groups), words);
 }
 

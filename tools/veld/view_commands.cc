@@ -1,0 +1,118 @@
+// veld view: the controls KvoDataCtrlHelper fills from a dataset file, shown
+// as text (headless controls, so no display is needed).
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "veld/controls/headless_tree_view.h"
+#include "veld/controls/kvo_data_ctrl_helper.h"
+
+#include "commands.h"
+
+namespace veld::cli {
+
+namespace {
+
+[[noreturn]] void Fail(KvoDataCtrlHelper& helper) { throw Failure(helper.GetLastError()); }
+
+// FIELD=VALUE; the value may be empty, the field may not.
+std::pair<std::string, std::string> FilterOf(const Args& args) {
+  if (!args.Has("filter")) return {};
+  const std::string filter = args.Get("filter");
+  const size_t equals = filter.find('=');
+  if (equals == std::string::npos || equals == 0)
+    throw UsageError("--filter needs FIELD=VALUE, not '" + filter + "'");
+  return {filter.substr(0, equals), filter.substr(equals + 1)};
+}
+
+std::string Required(const Args& args, const std::string& flag) {
+  if (!args.Has(flag)) throw UsageError("--" + flag + " is required");
+  return args.Get(flag);
+}
+
+// Draws the nodes under `first` and its siblings with box-drawing lines.
+void Draw(Node* first, std::string& out) {
+  struct Pending {
+    Node* node;
+    std::string prefix;  // drawn before the branch of this node
+    bool root;
+  };
+  std::vector<Pending> stack;
+  // Siblings are pushed last to first, so that they come off in order.
+  auto push_level = [&stack](Node* child, const std::string& prefix, bool root) {
+    std::vector<Node*> level;
+    for (Node* n = child; n != nullptr; n = n->Next()) level.push_back(n);
+    for (auto it = level.rbegin(); it != level.rend(); ++it) stack.push_back({*it, prefix, root});
+  };
+  push_level(first, "", true);
+  while (!stack.empty()) {
+    Pending pending = std::move(stack.back());
+    stack.pop_back();
+    Node* node = pending.node;
+    const bool last = node->Next() == nullptr;
+    std::string child_prefix;
+    if (pending.root) {
+      out += node->Text() + "\n";
+    } else {
+      out += pending.prefix + (last ? "\u2514\u2500\u2500 " : "\u251c\u2500\u2500 ") +
+             node->Text() + "\n";
+      child_prefix = pending.prefix + (last ? "    " : "\u2502   ");
+    }
+    if (node->Child() != nullptr) push_level(node->Child(), child_prefix, false);
+  }
+}
+
+int ViewTree(const Args& args) {
+  const std::string key = Required(args, "key");
+  const std::string parent = Required(args, "parent");
+  const std::string text = Required(args, "text");
+  const auto [filter_field, filter_value] = FilterOf(args);
+  KvoDataCtrlHelper helper;
+  if (!helper.LoadFile(args.At(0))) Fail(helper);
+  HeadlessTreeView tree;
+  if (!helper.TreeView_LoadData(&tree, key, parent, text, args.Get("text2"), args.Get("tag", "tag"),
+                                "", "", Variant::Missing(), filter_field, filter_value))
+    Fail(helper);
+  // The helper adds roots one after another, so the first root added is the
+  // first of its level.
+  std::string out;
+  NodeCollection& nodes = tree.Nodes();
+  for (int32_t i = 1; i <= nodes.Count(); ++i) {
+    Node& node = nodes.Item(Variant(i));
+    if (node.Parent() == nullptr) {
+      Draw(&node, out);
+      break;
+    }
+  }
+  Out(out);
+  return kExitOk;
+}
+
+}  // namespace
+
+Group ViewCommands() {
+  return {"view",
+          "show the controls the data helper fills from a dataset file",
+          "The rows of the file's first data element, loaded by KvoDataCtrlHelper into\n"
+          "headless controls and printed. Rows whose index is 0 are left out; field names\n"
+          "match the data's col names without regard to case.",
+          {
+              {"tree",
+               "draw the tree built from key and parent key columns",
+               "FILE",
+               1,
+               1,
+               {{"key", "FIELD", "the col that identifies a row (required)"},
+                {"parent", "FIELD", "the col that names the parent row's key (required)"},
+                {"text", "FIELD", "the col shown as the node's text (required)"},
+                {"text2", "FIELD", "a second text, shown as \"[text]   text2\""},
+                {"tag", "FIELD", "the col kept as the node's tag (default tag)"},
+                {"filter", "FIELD=VALUE", "only the rows whose col FIELD equals VALUE"}},
+               "Parents must come before their children in the data: a row whose parent comes\n"
+               "later, or a duplicate key, fails the load with the helper's message (exit 1).\n\n"
+               "example: veld view tree --key id --parent parent --text name departments.xml\n",
+               ViewTree},
+          }};
+}
+
+}  // namespace veld::cli
