@@ -1,0 +1,3 @@
+# Data-bound control helpers: tree loading and row removal against a raw
+# libxml2 parse.
+veld_benchmark(NAME tree_view_bench SRCS tree_view_bench.cc DEPS LibXml2::LibXml2)

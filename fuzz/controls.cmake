@@ -1,0 +1,3 @@
+# The control helper: row removal and tree loading over arbitrary documents
+# and arguments.
+veld_fuzzer(NAME data_ctrl_helper_fuzzer SRCS data_ctrl_helper_fuzzer.cc DICT xml.dict)
