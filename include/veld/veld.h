@@ -54,5 +54,13 @@
 #include "veld/xmlhelper/connection.h"
 #include "veld/xmlhelper/kvo_progress_updater.h"
 #include "veld/xmlhelper/kvo_xml_helper.h"
+#include "veld/controls/control.h"
+#include "veld/controls/list_view.h"
+#include "veld/controls/image_combo.h"
+#include "veld/controls/tree_view.h"
+#include "veld/controls/headless_list_view.h"
+#include "veld/controls/headless_image_combo.h"
+#include "veld/controls/headless_tree_view.h"
+#include "veld/controls/kvo_data_ctrl_helper.h"
 
 #endif  // VELD_VELD_H_
