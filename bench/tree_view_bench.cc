@@ -1,9 +1,8 @@
-// KvoDataCtrlHelper over large hierarchies: TreeView_LoadData of 10k, 100k
-// and 1M pre-ordered rows (about ten levels, 8 cols per row) into a
+// KvoDataCtrlHelper over large hierarchies (hierarchy_data.h): TreeView_LoadData
+// of 10k, 100k and 1M pre-ordered rows (about ten levels, 8 cols per row) into a
 // HeadlessTreeView, next to a raw libxml2 parse of the same text
 // (xmlReadMemory, document freed), and RemoveDataRow of half the rows of
 // 10k and 100k, which must stay one pass (flat time per row).
-#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -14,42 +13,16 @@
 #include "veld/controls/headless_tree_view.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
 
+#include "hierarchy_data.h"
+
 namespace {
-
-// Rows in breadth-first order of a tree whose branching gives about ten
-// levels; each row's parent comes before it.
-std::string Hierarchy(int64_t count) {
-  const auto branching = static_cast<int64_t>(std::ceil(std::pow(static_cast<double>(count), 0.1)));
-  std::string xml = "<dataset><data id=\"tree\">";
-  xml.reserve(static_cast<size_t>(count) * 300);
-  for (int64_t i = 0; i < count; ++i) {
-    const std::string id = std::to_string(i);
-    const std::string parent = i == 0 ? "" : std::to_string((i - 1) / branching);
-    xml += "<row><col name=\"id\" value=\"" + id + "\"/><col name=\"parent\" value=\"" + parent +
-           "\"/><col name=\"name\" value=\"Node " + id + "\"/><col name=\"note\" value=\"note " +
-           id + "\"/><col name=\"tag\" value=\"t" + id + "\"/><col name=\"half\" value=\"" +
-           std::to_string(i % 2) + "\"/><col name=\"amount\" value=\"" +
-           std::to_string(i * 7 % 1000) + ".25\"/><col name=\"code\" value=\"C" + id + "\"/></row>";
-  }
-  return xml + "</data></dataset>";
-}
-
-const std::string& Cached(int64_t count) {
-  static int64_t cached_count = -1;
-  static std::string cached;
-  if (cached_count != count) {
-    cached = Hierarchy(count);
-    cached_count = count;
-  }
-  return cached;
-}
 
 void Counters(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 void BM_RawLibxml2ParseOfTheTree(benchmark::State& state) {
-  const std::string& text = Cached(state.range(0));
+  const std::string& text = veld_bench::CachedHierarchyXml(state.range(0));
   for (auto _ : state) {
     xmlDocPtr doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
                                   XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
@@ -61,7 +34,8 @@ void BM_RawLibxml2ParseOfTheTree(benchmark::State& state) {
 
 void BM_TreeViewLoadData(benchmark::State& state) {
   veld::KvoDataCtrlHelper helper;
-  if (!helper.LoadXml(Cached(state.range(0)))) state.SkipWithError("load failed");
+  if (!helper.LoadXml(veld_bench::CachedHierarchyXml(state.range(0))))
+    state.SkipWithError("load failed");
   for (auto _ : state) {
     auto tree = std::make_unique<veld::HeadlessTreeView>();
     if (!helper.TreeView_LoadData(tree.get(), "id", "parent", "name", "note", "tag", "folder",
@@ -77,7 +51,7 @@ void BM_TreeViewLoadData(benchmark::State& state) {
 }
 
 void BM_RemoveDataRowHalf(benchmark::State& state) {
-  const std::string& text = Cached(state.range(0));
+  const std::string& text = veld_bench::CachedHierarchyXml(state.range(0));
   for (auto _ : state) {
     state.PauseTiming();
     auto helper = std::make_unique<veld::KvoDataCtrlHelper>();

@@ -20,6 +20,10 @@ class TextCollator {
   // Negative, zero or positive as a sorts before, with or after b.
   int Compare(std::string_view a, std::string_view b) const;
 
+  // A key whose byte order (as std::string compares) is the collation order:
+  // built once per text, so that a sort compares keys, not texts.
+  std::string SortKey(std::string_view text) const;
+
  private:
   struct Impl;
   std::unique_ptr<Impl> impl_;

@@ -1,6 +1,9 @@
 // Collation through ICU at secondary strength: letters compare without
 // regard to case but with their accents.
+#include <string>
+
 #include <unicode/ucol.h>
+#include <unicode/ustring.h>
 
 #include "controls/collation.h"
 
@@ -35,6 +38,31 @@ int TextCollator::Compare(std::string_view a, std::string_view b) const {
                        static_cast<int32_t>(b.size()), &status);
   if (U_FAILURE(status)) return a.compare(b);
   return static_cast<int>(result);
+}
+
+std::string TextCollator::SortKey(std::string_view text) const {
+  if (impl_->collator == nullptr) return std::string(text);
+  // ucol_getSortKey takes UTF-16; ill-formed UTF-8 becomes U+FFFD.
+  UErrorCode status = U_ZERO_ERROR;
+  int32_t length16 = 0;
+  u_strFromUTF8WithSub(nullptr, 0, &length16, text.data(), static_cast<int32_t>(text.size()),
+                       0xFFFD, nullptr, &status);
+  std::u16string utf16(static_cast<size_t>(length16), u'\0');
+  status = U_ZERO_ERROR;
+  u_strFromUTF8WithSub(utf16.data(), length16, nullptr, text.data(),
+                       static_cast<int32_t>(text.size()), 0xFFFD, nullptr, &status);
+  std::string key(64, '\0');
+  int32_t needed =
+      ucol_getSortKey(impl_->collator, utf16.data(), length16,
+                      reinterpret_cast<uint8_t*>(key.data()), static_cast<int32_t>(key.size()));
+  if (needed > static_cast<int32_t>(key.size())) {
+    key.resize(static_cast<size_t>(needed));
+    needed = ucol_getSortKey(impl_->collator, utf16.data(), length16,
+                             reinterpret_cast<uint8_t*>(key.data()), needed);
+  }
+  // The key ends with a zero byte, which the comparison need not see.
+  key.resize(needed > 0 ? static_cast<size_t>(needed - 1) : 0);
+  return key;
 }
 
 }  // namespace veld::controls_internal

@@ -1,5 +1,7 @@
 #include "controls/data_rows.h"
 
+#include <vector>
+
 #include <libxml/tree.h>
 
 #include "foundation/xml_utils.h"
@@ -75,6 +77,47 @@ bool ReadCol(const XmlNode& row, const std::string& field, std::string& value) {
     if (name == nullptr || !AttributeEquals(name, field)) continue;
     const xmlAttrPtr attribute = FindAttribute(child, "value");
     value = attribute == nullptr ? std::string() : AttributeValue(attribute);
+    return true;
+  }
+  value.clear();
+  return false;
+}
+
+void MatchFieldNamesLower(const XmlNode& sample_row, const std::vector<std::string*>& names) {
+  if (sample_row.IsNull()) return;
+  XmlNodeList cols = sample_row.SelectNodes("col[@name!='']");
+  const int32_t count = cols.Length();
+  std::vector<bool> matched(names.size(), false);
+  for (int32_t i = 0; i < count; ++i) {
+    const std::string spelt = Trim(GetNodeAttribute(cols.Item(i), "name", ""));
+    const std::string wanted = LCase(spelt);
+    size_t k = 0;
+    for (std::string* name : names) {
+      if (!matched[k] && LCase(Trim(*name)) == wanted) {
+        *name = spelt;
+        matched[k] = true;
+      }
+      ++k;
+    }
+  }
+}
+
+bool ReadColValue(const XmlNode& row, const std::string& field, std::string& value) {
+  if (field.find('\'') != std::string::npos || field.find('\0') != std::string::npos) {
+    const XmlNode attribute = row.SelectSingleNode("col[@name='" + field + "']/@value");
+    value = attribute.IsNull() ? std::string() : attribute.NodeValue();
+    return !attribute.IsNull();
+  }
+  const xmlNodePtr raw = xml_internal::LibxmlNode(row);
+  for (xmlNodePtr child = raw->children; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE || child->ns != nullptr ||
+        !xmlStrEqual(child->name, BAD_CAST "col"))
+      continue;
+    const xmlAttrPtr name = FindAttribute(child, "name");
+    if (name == nullptr || !AttributeEquals(name, field)) continue;
+    const xmlAttrPtr attribute = FindAttribute(child, "value");
+    if (attribute == nullptr) continue;
+    value = AttributeValue(attribute);
     return true;
   }
   value.clear();

@@ -5,6 +5,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "veld/xml/xml_document.h"
 #include "veld/xml/xml_node.h"
@@ -31,6 +32,18 @@ void MatchFieldNamesUpper(const XmlDocument& data, std::initializer_list<std::st
 // (and fails as it fails) only for names it could read differently: with an
 // apostrophe or a NUL.
 bool ReadCol(const XmlNode& row, const std::string& field, std::string& value);
+
+// The list views' matching: each of `names` whose trimmed, lower-cased text
+// equals the trimmed, lower-cased name of one of the sample row's
+// "col[@name!='']" elements becomes that name trimmed, at the first such
+// col. Nothing happens without a sample row.
+void MatchFieldNamesLower(const XmlNode& sample_row, const std::vector<std::string*>& names);
+
+// The result of the relative XPath "col[@name='" + field + "']/@value": the
+// value of the first col named `field` that has one, and whether there is
+// such a col. Evaluated as an XPath only for names with an apostrophe or a
+// NUL, as ReadCol.
+bool ReadColValue(const XmlNode& row, const std::string& field, std::string& value);
 
 }  // namespace veld::controls_internal
 

@@ -5,6 +5,7 @@
 
 #include "controls/collation.h"
 #include "controls/element_list.h"
+#include "runtime/text.h"
 #include "veld/platform/platform.h"
 #include "veld/platform/regional_settings.h"
 #include "veld/runtime/automation_error.h"
@@ -15,6 +16,10 @@ ColumnHeader::~ColumnHeader() = default;
 ColumnHeaderCollection::~ColumnHeaderCollection() = default;
 ListSubItem::~ListSubItem() = default;
 ListItem::~ListItem() = default;
+
+bool ListItem::KeyEqualsUpper(std::string_view upper_key) const {
+  return UCase(Key()) == upper_key;
+}
 ListItemCollection::~ListItemCollection() = default;
 
 namespace controls_internal {
@@ -116,6 +121,27 @@ class HeadlessListItem final : public ListItem {
   void SetForeColor(int32_t color) override { fore_color_ = color; }
   void EnsureVisible() override { core_.visible = this; }
 
+  bool KeyEqualsUpper(std::string_view upper_key) const override {
+    // Keys are mostly ASCII: compare them in place, without a copy.
+    if (key_.size() == upper_key.size()) {
+      bool ascii = true;
+      for (size_t i = 0; i < key_.size() && ascii; ++i) {
+        const auto c = static_cast<unsigned char>(key_[i]);
+        if (c >= 0x80) {
+          ascii = false;
+        } else if ((c >= 'a' && c <= 'z' ? c - 32 : c) !=
+                   static_cast<unsigned char>(upper_key[i])) {
+          return false;
+        }
+      }
+      if (ascii) return true;
+    } else if (std::all_of(key_.begin(), key_.end(),
+                           [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
+      return false;  // an ASCII key keeps its length when upper-cased
+    }
+    return UCase(key_) == upper_key;
+  }
+
   std::string SubItems(int32_t n) const override {
     if (n == 0) return text_;
     CheckSubItem(n);
@@ -162,15 +188,18 @@ class HeadlessListItem final : public ListItem {
 };
 
 void ListCore::Sort() {
+  // Each item's collation key is built once; the sort compares keys.
   const TextCollator collator(CurrentPlatform().Regional()->locale_id);
-  const int32_t key = sort_key;
+  auto& elements = items.Elements();
+  std::vector<std::pair<std::string, std::unique_ptr<HeadlessListItem>>> keyed;
+  keyed.reserve(elements.size());
+  for (auto& item : elements)
+    keyed.emplace_back(collator.SortKey(item->ColumnText(sort_key)), std::move(item));
   const bool descending = sort_order == 1;
-  std::stable_sort(
-      items.Elements().begin(), items.Elements().end(),
-      [&](const std::unique_ptr<HeadlessListItem>& a, const std::unique_ptr<HeadlessListItem>& b) {
-        const int order = collator.Compare(a->ColumnText(key), b->ColumnText(key));
-        return descending ? order > 0 : order < 0;
-      });
+  std::stable_sort(keyed.begin(), keyed.end(), [descending](const auto& a, const auto& b) {
+    return descending ? b.first < a.first : a.first < b.first;
+  });
+  for (size_t i = 0; i < keyed.size(); ++i) elements[i] = std::move(keyed[i].second);
   items.Renumber(0);
 }
 

@@ -8,6 +8,7 @@
 #include "runtime/date_time.h"
 #include "runtime/format_pattern.h"
 #include "runtime/format_render.h"
+#include "runtime/locale_number.h"
 #include "runtime/numeric.h"
 #include "runtime/text.h"
 #include "veld/platform/platform.h"
@@ -22,7 +23,6 @@ namespace {
 
 constexpr int32_t kInvalidUseOfNull = 94;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // A formatted text, or nullopt for Null.
 using Result = std::optional<std::string>;
@@ -33,40 +33,6 @@ struct Operand {
   double number = 0;  // kNumber and kDate (the serial)
   std::string text;   // kText: text that is neither a number nor a date
 };
-
-// Text read as a number by the locale's symbols: they are mapped to the
-// classic ones and the loose numeric syntax does the rest.
-std::optional<double> ParseLocaleNumber(std::string_view text, const RegionalSettings& regional) {
-  if (regional.decimal_symbol == "." && regional.grouping_symbol == "," &&
-      regional.currency_symbol == "$")
-    return ParseNumber(text);
-  std::string mapped;
-  mapped.reserve(text.size());
-  size_t i = 0;
-  auto at = [&](const std::string& symbol) {
-    return !symbol.empty() && text.compare(i, symbol.size(), symbol) == 0;
-  };
-  while (i < text.size()) {
-    if (at(regional.decimal_symbol)) {
-      mapped.push_back('.');
-      i += regional.decimal_symbol.size();
-    } else if (at(regional.grouping_symbol) && i > 0 && IsDigit(text[i - 1]) &&
-               i + regional.grouping_symbol.size() < text.size() &&
-               IsDigit(text[i + regional.grouping_symbol.size()])) {
-      // Only between digits, since the symbol may be a blank (fr-FR).
-      mapped.push_back(',');
-      i += regional.grouping_symbol.size();
-    } else if (at(regional.currency_symbol)) {
-      mapped.push_back('$');
-      i += regional.currency_symbol.size();
-    } else if (text[i] == '.' || text[i] == ',') {
-      return std::nullopt;  // the other locale's symbols mean nothing here
-    } else {
-      mapped.push_back(text[i++]);
-    }
-  }
-  return ParseNumber(mapped);
-}
 
 // A value for a numeric or date pattern.
 Operand Read(const Variant& value, const RegionalSettings& regional) {
@@ -83,7 +49,7 @@ Operand Read(const Variant& value, const RegionalSettings& regional) {
       return out;
     case VarType::kString: {
       const std::string& text = value.AsString();
-      if (auto number = ParseLocaleNumber(text, regional)) {
+      if (auto number = ParseNumberInLocale(text, regional)) {
         out.kind = Operand::Kind::kNumber;
         out.number = *number;
       } else if (auto serial = ParseDateText(text, regional)) {

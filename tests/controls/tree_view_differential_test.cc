@@ -16,8 +16,13 @@
 #include "veld/xml/xml_document.h"
 #include "veld/xml/xml_node_list.h"
 
+#include "plain_reading.h"
+
 namespace veld {
 namespace {
+
+using testing::Cell;
+using testing::Pick;
 
 struct Args {
   std::string key, parent, text, text2, tag, folder, item, filter_field, filter_value;
@@ -29,58 +34,14 @@ class Helper : public KvoDataCtrlHelper {
   XmlDocument& Data() { return m_cXmlDom; }
 };
 
-std::string Escape(const std::string& text) {
-  std::string out;
-  for (char c : text) {
-    switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '"': out += "&quot;"; break;
-      case '\'': out += "&apos;"; break;
-      default: out.push_back(c);
-    }
-  }
-  return out;
-}
-
-// The cell as the algorithm reads it: the "value" of the first col the
-// relative XPath selects.
-bool Cell(const XmlNode& row, const std::string& field, std::string& value) {
-  const XmlNode col = row.SelectSingleNode("col[@name='" + field + "']");
-  value = !col.IsNull() && !col.GetAttributeNode("value").IsNull() ? col.GetAttribute("value") : "";
-  return !col.IsNull();
-}
-
 // The plain reading. Returns the result and, on failure, the message.
 bool ReferenceLoad(XmlDocument& data, TreeView& tree, Args a, std::string& message) {
   NodeCollection& nodes = tree.Nodes();
   nodes.Clear();
   try {
-    std::vector<std::string*> names = {&a.key, &a.parent, &a.text, &a.text2, &a.tag, &a.filter_field};
-    XmlNodeList cols = data.SelectNodes("//data[1]/row[1]/col");
-    for (int32_t i = 0; i < cols.Length(); ++i) {
-      const XmlNode col = cols.Item(i);
-      const std::string name = col.GetAttributeNode("name").IsNull() ? "" : col.GetAttribute("name");
-      for (std::string* field : names) {
-        if (UCase(Trim(*field)) == UCase(Trim(name))) *field = name;
-      }
-    }
-    std::string filter = "(@index!='0' or not (@index))";
-    if (!a.filter_field.empty()) {
-      std::string escaped;
-      for (char c : Trim(a.filter_value)) {
-        switch (c) {
-          case '&': escaped += "&amp;"; break;
-          case '"': escaped += "&quot;"; break;
-          case '>': escaped += "&gt;"; break;
-          case '<': escaped += "&lt;"; break;
-          case '\'': escaped += "&apos;"; break;
-          default: escaped.push_back(c);
-        }
-      }
-      filter += " and col[@name='" + a.filter_field + "' and @value='" + escaped + "']";
-    }
-    XmlNodeList rows = data.SelectNodes("//data[1]/row[" + filter + "]");
+    testing::MatchFieldsUpper(data,
+                              {&a.key, &a.parent, &a.text, &a.text2, &a.tag, &a.filter_field});
+    XmlNodeList rows = testing::FilteredRows(data, a.filter_field, "=", a.filter_value);
     for (int32_t i = 0; i < rows.Length(); ++i) {
       const XmlNode row = rows.Item(i);
       std::string key, parent, text, text2, tag;
@@ -91,15 +52,14 @@ bool ReferenceLoad(XmlDocument& data, TreeView& tree, Args a, std::string& messa
         text = (Trim(text).empty() ? "" : "[" + text + "]   ") + text2;
       if (!a.tag.empty()) Cell(row, a.tag, tag);
       if (key.empty() || text.empty()) continue;
-      Node& node = parent.empty()
-                       ? nodes.Add(Variant::Missing(), Variant::Missing(), Variant("K" + key), Variant(text))
-                       : nodes.Add(Variant("K" + parent), Variant(tvwChild), Variant("K" + key),
-                                   Variant(text));
+      Node& node = parent.empty() ? nodes.Add(Variant::Missing(), Variant::Missing(),
+                                              Variant("K" + key), Variant(text))
+                                  : nodes.Add(Variant("K" + parent), Variant(tvwChild),
+                                              Variant("K" + key), Variant(text));
       node.SetTag(tag);
     }
   } catch (const AutomationError& error) {
-    message = error.Number() == -1 ? error.Description()
-                                   : error.Description() + "(ERR#: " + std::to_string(error.Number()) + ")";
+    message = testing::RecordedMessage(error);
     return false;
   }
   if (nodes.Count() > 0) {
@@ -126,60 +86,10 @@ std::string Describe(TreeView& tree) {
   for (int32_t i = 1; i <= nodes.Count(); ++i) {
     Node& node = nodes.Item(Variant(i));
     out += node.Key() + "|" + node.Text() + "|" + node.Tag() + "|" + node.Image() + "|" +
-           (node.Parent() ? node.Parent()->Key() : "-") + "|" + (node.Selected() ? "S" : "") +
-           "|" + std::to_string(node.Children()) + "\n";
+           (node.Parent() ? node.Parent()->Key() : "-") + "|" + (node.Selected() ? "S" : "") + "|" +
+           std::to_string(node.Children()) + "\n";
   }
   return out;
-}
-
-template <class T>
-const T& Pick(std::mt19937& random, const std::vector<T>& choices) {
-  return choices[std::uniform_int_distribution<size_t>(0, choices.size() - 1)(random)];
-}
-
-std::string RandomDocument(std::mt19937& random) {
-  const std::vector<std::string> names = {"id", "ID", " id ", "parent", "Parent", "text", "text2",
-                                          "tag", "grp", "other", ""};
-  const std::vector<std::string> ids = {"a", "b", "c", "d", "e", "f", "", "7", "a b", "x&y", "it's"};
-  const std::vector<std::string> texts = {"one", "", "  ", "two", "<3>", "caf\xC3\xA9"};
-  const std::vector<std::string> groups = {"x", "y", " x ", "it's"};
-  std::string xml = "<!DOCTYPE d [<!ENTITY e \"ent\">]><dataset>";
-  const int data_count = std::uniform_int_distribution<int>(1, 2)(random);
-  for (int d = 0; d < data_count; ++d) {
-    xml += random() % 10 == 0 ? "<data xmlns=\"urn:other\">" : "<data>";
-    const int rows = std::uniform_int_distribution<int>(0, 14)(random);
-    for (int r = 0; r < rows; ++r) {
-      xml += "<row";
-      switch (random() % 5) {
-        case 0: xml += " index=\"0\""; break;
-        case 1: xml += " index=\"" + std::to_string(r + 1) + "\""; break;
-        default: break;
-      }
-      xml += ">";
-      const int cols = std::uniform_int_distribution<int>(0, 7)(random);
-      for (int c = 0; c < cols; ++c) {
-        const std::string& name = Pick(random, names);
-        std::string value;
-        if (name == "id" || name == "ID" || name == " id " || name == "parent" || name == "Parent") {
-          value = Escape(Pick(random, ids));
-        } else if (name == "grp") {
-          value = Escape(Pick(random, groups));
-        } else {
-          value = random() % 7 == 0 ? "&e;" : Escape(Pick(random, texts));
-        }
-        if (random() % 15 == 0) {
-          xml += "<p:col xmlns:p=\"urn:p\" name=\"" + name + "\" value=\"" + value + "\"/>";
-        } else if (random() % 15 == 0) {
-          xml += "<col name=\"" + name + "\"/>";
-        } else {
-          xml += "<col name=\"" + name + "\" value=\"" + value + "\"/>";
-        }
-      }
-      xml += "</row>";
-    }
-    xml += "</data>";
-  }
-  return xml + "</dataset>";
 }
 
 Args RandomArgs(std::mt19937& random) {
@@ -193,8 +103,8 @@ Args RandomArgs(std::mt19937& random) {
   a.item = Pick(random, std::vector<std::string>{"", "item"});
   a.filter_field = Pick(random, std::vector<std::string>{"", "", "grp", "GRP", "g'rp"});
   a.filter_value = Pick(random, std::vector<std::string>{"x", " x ", "y", "it's"});
-  a.selected = Pick(random, std::vector<Variant>{Variant::Missing(), Variant("Ka"), Variant(int32_t{2}),
-                                                Variant("Kzz"), Variant()});
+  a.selected = Pick(random, std::vector<Variant>{Variant::Missing(), Variant("Ka"),
+                                                 Variant(int32_t{2}), Variant("Kzz"), Variant()});
   return a;
 }
 
@@ -203,7 +113,7 @@ TEST(TreeViewDifferentialTest, HelperAgreesWithThePlainReading) {
   int loaded = 0;
   int failed = 0;
   for (int round = 0; round < 1500; ++round) {
-    const std::string xml = RandomDocument(random);
+    const std::string xml = testing::RandomDatasetDocument(random);
     const Args a = RandomArgs(random);
     Helper helper;
     ASSERT_TRUE(helper.LoadXml(xml)) << xml;

@@ -693,5 +693,34 @@ TEST_F(VeldCliTest, ViewTreeUsage) {
   EXPECT_EQ(result.err.rfind("veld view tree: --filter needs FIELD=VALUE, not 'novalue'\n", 0), 0u);
 }
 
+TEST_F(VeldCliTest, ViewComboListsItemsIndentedWithTheSelectionMarked) {
+  const std::string file = dir_.Write("departments.xml", kDepartments);
+  Result result = RunVeld({"view", "combo", "--key", "id", "--text", "name", "--parent", "parent",
+                           "--select", "4", file});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out,
+            "  Company\n"
+            "    Sales\n"
+            "      North\n"
+            "*     South\n"
+            "    IT\n"
+            "  Other\n");
+  result = RunVeld({"view", "combo", "--key", "id", "--text", "name", "--text2", "id", "--filter",
+                    "parent=2", file});
+  EXPECT_EQ(result.out, "* North  3\n  South  4\n");
+}
+
+TEST_F(VeldCliTest, ViewComboFailsWithTheHelpersMessage) {
+  const std::string twice = dir_.Write(
+      "twice.xml",
+      "<dataset><data><row><col name=\"id\" value=\"1\"/><col name=\"t\" value=\"x\"/></row>"
+      "<row><col name=\"id\" value=\"1\"/><col name=\"t\" value=\"y\"/></row></data></dataset>");
+  Result result = RunVeld({"view", "combo", "--key", "id", "--text", "t", twice});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld view combo: Key is not unique in collection(ERR#: 35602)\n");
+  result = RunVeld({"view", "combo", "--text", "t", twice});
+  EXPECT_EQ(result.exit_code, 2);
+}
+
 }  // namespace
 }  // namespace veld

@@ -1,9 +1,11 @@
 // veld view: the controls KvoDataCtrlHelper fills from a dataset file, shown
 // as text (headless controls, so no display is needed).
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "veld/controls/headless_image_combo.h"
 #include "veld/controls/headless_tree_view.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
 
@@ -88,6 +90,41 @@ int ViewTree(const Args& args) {
   return kExitOk;
 }
 
+int ViewCombo(const Args& args) {
+  const std::string key = Required(args, "key");
+  const std::string text = Required(args, "text");
+  const auto [filter_field, filter_value] = FilterOf(args);
+  const Variant selected =
+      args.Has("select") ? Variant(KvoDataCtrlHelper::GenerateKeyFromIDString(args.Get("select")))
+                         : Variant::Missing();
+  KvoDataCtrlHelper helper;
+  if (!helper.LoadFile(args.At(0))) Fail(helper);
+  HeadlessImageCombo combo;
+  const bool loaded =
+      args.Has("parent")
+          ? helper.ImageCombo_LoadHierData(&combo, key, args.Get("parent"), text, args.Get("text2"),
+                                           args.Get("tag", "tag"), selected, filter_field,
+                                           filter_value)
+          : helper.ImageCombo_LoadData(&combo, key, text, args.Get("text2"), args.Get("tag", "tag"),
+                                       selected, filter_field, filter_value);
+  if (!loaded) Fail(helper);
+  // One line per item: "* " marks the selected one, two blanks per level of
+  // indentation; the carriage return between two texts shows as a blank.
+  std::string out;
+  ComboItemCollection& items = combo.ComboItems();
+  for (int32_t i = 1; i <= items.Count(); ++i) {
+    ComboItem& item = items.Item(Variant(i));
+    std::string shown = item.Text();
+    for (char& c : shown) {
+      if (c == '\r') c = ' ';
+    }
+    out += (item.Selected() ? "* " : "  ") +
+           std::string(2 * std::max<int>(item.Indentation(), 0), ' ') + shown + "\n";
+  }
+  Out(out);
+  return kExitOk;
+}
+
 }  // namespace
 
 Group ViewCommands() {
@@ -112,6 +149,23 @@ Group ViewCommands() {
                "later, or a duplicate key, fails the load with the helper's message (exit 1).\n\n"
                "example: veld view tree --key id --parent parent --text name departments.xml\n",
                ViewTree},
+              {"combo",
+               "list the items of the image combo, indented by level, the selected one marked",
+               "FILE",
+               1,
+               1,
+               {{"key", "FIELD", "the col that identifies a row (required)"},
+                {"text", "FIELD", "the col shown as the item's text (required)"},
+                {"text2", "FIELD", "a second text, shown after the first"},
+                {"parent", "FIELD", "indent each item under the item of this col's key"},
+                {"tag", "FIELD", "the col kept as the item's tag (default tag)"},
+                {"filter", "FIELD=VALUE", "only the rows whose col FIELD equals VALUE"},
+                {"select", "ID", "select the item of this row id (default: the first)"}},
+               "Each line is \"* \" for the selected item or two blanks, then two blanks per\n"
+               "level of indentation, then the text. With --parent an item is indented one level\n"
+               "under its parent's item when the parent row comes earlier in the data.\n\n"
+               "example: veld view combo --key id --text name --parent parent departments.xml\n",
+               ViewCombo},
           }};
 }
 

@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "veld/controls/control.h"
 #include "veld/export.h"
@@ -85,6 +86,9 @@ class VELD_EXPORT ListItem {
   virtual int32_t ForeColor() const = 0;
   virtual void SetForeColor(int32_t color) = 0;
   virtual void EnsureVisible() = 0;
+  // True when Key(), upper-cased, equals `upper_key` (an upper-cased key).
+  // The default reads Key(); an implementation may compare in place.
+  virtual bool KeyEqualsUpper(std::string_view upper_key) const;
   virtual std::string SubItems(int32_t n) const = 0;
   virtual void SetSubItems(int32_t n, const std::string& text) = 0;
   virtual ListSubItem& ListSubItems(int32_t n) = 0;
