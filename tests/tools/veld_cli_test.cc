@@ -722,5 +722,66 @@ TEST_F(VeldCliTest, ViewComboFailsWithTheHelpersMessage) {
   EXPECT_EQ(result.exit_code, 2);
 }
 
+const char kListSpec[] =
+    "<cols><col name=\"Name\" field=\"name\" type=\"text\"/>"
+    "<col name=\"Qty\" field=\"qty\" type=\"integer\" align=\"right\"/>"
+    "<col name=\"Price\" field=\"price\" type=\"double\" format=\"#,##0.00\" align=\"right\"/>"
+    "<col name=\"Day\" field=\"day\" type=\"date\"/></cols>";
+
+const char kListData[] =
+    "<dataset><data>"
+    "<row><col name=\"_guid_\" value=\"1\"/><col name=\"name\" value=\"Pears\"/><col name=\"qty\" "
+    "value=\"100\"/>"
+    "<col name=\"price\" value=\"1234.5\"/><col name=\"day\" value=\"2010-12-19\"/></row>"
+    "<row><col name=\"_guid_\" value=\"2\"/><col name=\"name\" value=\"apples\"/><col name=\"qty\" "
+    "value=\"9\"/>"
+    "<col name=\"price\" value=\"3\"/><col name=\"day\" value=\"2009-01-02\"/></row>"
+    "<row index=\"0\"><col name=\"_guid_\" value=\"3\"/><col name=\"name\" value=\"Hidden\"/></row>"
+    "<row><col name=\"_guid_\" value=\"4\"/><col name=\"name\" value=\"Figs\"/><col name=\"qty\" "
+    "value=\"10\"/></row>"
+    "</data></dataset>";
+
+TEST_F(VeldCliTest, ViewListPrintsTheCellsAsTheListShowsThem) {
+  const std::string spec = dir_.Write("cols.xml", kListSpec);
+  const std::string data = dir_.Write("data.xml", kListData);
+  Result result = RunVeld({"view", "list", "--locale", "en-US", "--columns", spec, data});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out,
+            "Name    Qty     Price  Day\n"
+            "------  ---  --------  ----------\n"
+            "Pears   100  1,234.50  12/19/2010\n"
+            "apples    9      3.00  1/2/2009\n"
+            "Figs     10\n");
+  // Each --sort is one header click: the quantity ascending, then descending.
+  result = RunVeld({"view", "list", "--locale", "en-US", "--columns", spec, "--sort", "2", data});
+  EXPECT_EQ(result.out.substr(result.out.find("\n", result.out.find("---")) + 1),
+            "apples    9      3.00  1/2/2009\n"
+            "Figs     10\n"
+            "Pears   100  1,234.50  12/19/2010\n");
+  result = RunVeld(
+      {"view", "list", "--locale", "de-DE", "--columns", spec, "--sort", "2", "--sort", "2", data});
+  EXPECT_EQ(result.out.substr(result.out.find("\n", result.out.find("---")) + 1),
+            "Pears   100  12.345,00  19.12.2010\n"
+            "Figs     10\n"
+            "apples    9       3,00  02.01.2009\n");
+}
+
+TEST_F(VeldCliTest, ViewListFailures) {
+  const std::string spec = dir_.Write("cols.xml", kListSpec);
+  const std::string data = dir_.Write("data.xml", kListData);
+  Result result = RunVeld({"view", "list", data});
+  EXPECT_EQ(result.exit_code, 2);
+  result = RunVeld({"view", "list", "--columns", spec, "--sort", "x", data});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err.rfind("veld view list: --sort needs a column number, not 'x'\n", 0), 0u);
+  const std::string empty = dir_.Write("empty.xml", "<cols/>");
+  result = RunVeld({"view", "list", "--columns", empty, data});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld view list: No column defined for the list view.\n");
+  result = RunVeld({"view", "list", "--columns", spec, "--sort", "0", data});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld view list: Index out of bounds(ERR#: 35600)\n");
+}
+
 }  // namespace
 }  // namespace veld

@@ -73,14 +73,14 @@ Args ParseArgs(const Command& command, const std::vector<std::string>& words) {
     if (spec == nullptr) throw UsageError("unknown option --" + name);
     if (spec->value_name.empty()) {
       if (value) throw UsageError("option --" + name + " takes no value");
-      args.flags_[name] = "";
+      args.flags_[name].push_back("");
       continue;
     }
     if (!value) {
       if (i + 1 >= words.size()) throw UsageError("option --" + name + " needs a value");
       value = words[++i];
     }
-    args.flags_[name] = *value;
+    args.flags_[name].push_back(*value);
   }
   if (args.positional_.size() < command.min_operands) {
     throw UsageError("missing arguments");

@@ -33,13 +33,18 @@ class Args {
   bool Has(const std::string& flag) const { return flags_.count(flag) != 0; }
   std::string Get(const std::string& flag, const std::string& fallback = "") const {
     auto found = flags_.find(flag);
-    return found == flags_.end() ? fallback : found->second;
+    return found == flags_.end() ? fallback : found->second.back();
+  }
+  // Every value a repeated flag was given, in order.
+  std::vector<std::string> GetAll(const std::string& flag) const {
+    auto found = flags_.find(flag);
+    return found == flags_.end() ? std::vector<std::string>() : found->second;
   }
 
  private:
   friend Args ParseArgs(const struct Command&, const std::vector<std::string>&);
   std::vector<std::string> positional_;
-  std::map<std::string, std::string> flags_;
+  std::map<std::string, std::vector<std::string>> flags_;
 };
 
 struct Command {
