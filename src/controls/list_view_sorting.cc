@@ -31,8 +31,10 @@ bool IsPlain(const std::string& code) { return code == "s" || code == "b" || cod
 // The sortable form; raises when the value does not convert, which leaves
 // the cell as it is.
 std::string SortableForm(const std::string& code, const std::string& text) {
-  if (code == "d" || code == "dt") return FormatText(Variant(text), "yyyy/mm/dd hh:nn:ss");
-  if (code == "t") return FormatText(Variant(text), "hh:nn:ss");
+  // Date cells are read as dates first: a German "19.12.2010" would
+  // otherwise read as the number 19122010.
+  if (code == "d" || code == "dt") return FormatText(CDate(Variant(text)), "yyyy/mm/dd hh:nn:ss");
+  if (code == "t") return FormatText(CDate(Variant(text)), "hh:nn:ss");
   if (code == "i") return FormatText(Variant(text), "+000000000;-000000000");
   return FormatText(Variant(text), "+000000000.0000;-000000000.0000");
 }

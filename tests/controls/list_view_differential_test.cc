@@ -10,11 +10,12 @@
 
 #include <gtest/gtest.h>
 
-#include "plain_reading.h"
 #include "runtime/text.h"
-#include "support/locale_platform.h"
 #include "veld/controls/headless_list_view.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
+
+#include "plain_reading.h"
+#include "support/locale_platform.h"
 
 namespace veld {
 namespace {
@@ -71,7 +72,8 @@ bool ReferenceLoad(XmlDocument& data, ListView& list, std::string key_field, std
       ListItem& item = items.Add();
       try {
         std::string value;
-        if (CellValue(row, key_field, value)) item.SetKey(value.empty() || Trim(value).empty() ? "" : "K" + Trim(value));
+        if (CellValue(row, key_field, value))
+          item.SetKey(value.empty() || Trim(value).empty() ? "" : "K" + Trim(value));
         if (CellValue(row, fields[0], value)) {
           if (codes[0] == "p" && !Trim(value).empty()) {
             item.SetIcon(Trim(value));
@@ -120,16 +122,17 @@ std::string Describe(HeadlessListView& list) {
 }
 
 std::string RandomSpec(std::mt19937& random) {
-  const std::vector<std::string> fields = {"id", "text", "TEXT", " text ", "grp", "tag", "other",
-                                           "parent", "missing", ""};
-  const std::vector<std::string> types = {"text", "integer", "double", "date", "time", "datetime",
-                                          "boolean", "icon", "", "odd", "Date "};
+  const std::vector<std::string> fields = {"id",  "text",  "TEXT",   " text ",  "grp",
+                                           "tag", "other", "parent", "missing", ""};
+  const std::vector<std::string> types = {"text", "integer",  "double",  "date",
+                                          "time", "datetime", "boolean", "icon",
+                                          "",     "odd",      "Date "};
   const std::vector<std::string> formats = {"#,##0.00", "0.0", "Standard", "yyyy", "", "@@"};
   std::string spec = "<cols>";
   const int count = std::uniform_int_distribution<int>(0, 5)(random);
   for (int c = 0; c < count; ++c) {
-    spec += "<col name=\"C" + std::to_string(c) + "\" field=\"" + Pick(random, fields) + "\" type=\"" +
-            Pick(random, types) + "\" format=\"" + Pick(random, formats) + "\"/>";
+    spec += "<col name=\"C" + std::to_string(c) + "\" field=\"" + Pick(random, fields) +
+            "\" type=\"" + Pick(random, types) + "\" format=\"" + Pick(random, formats) + "\"/>";
   }
   return spec + "</cols>";
 }
@@ -142,7 +145,8 @@ TEST(ListViewDifferentialTest, HelperAgreesWithThePlainReading) {
     testing::ScopedLocale locale(round % 3 == 0 ? "de-DE" : "en-US");
     const std::string xml = testing::RandomDatasetDocument(random);
     const std::string spec = RandomSpec(random);
-    const std::string key_field = Pick(random, std::vector<std::string>{"id", "ID", " Id ", "_guid_"});
+    const std::string key_field =
+        Pick(random, std::vector<std::string>{"id", "ID", " Id ", "_guid_"});
     const std::string tag_field = Pick(random, std::vector<std::string>{"", "tag", "TAG", "grp"});
     const Variant selected = Pick(random, std::vector<Variant>{Variant::Missing(), Variant("Ka"),
                                                                Variant(int32_t{2}), Variant()});

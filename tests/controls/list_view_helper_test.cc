@@ -362,6 +362,10 @@ TEST_F(ListViewSortTest, SameColumnTwiceFlipsTheDirection) {
 TEST_F(ListViewSortTest, DatesSortChronologicallyInEveryLocale) {
   for (const char* locale : {"en-US", "de-DE", "en-GB"}) {
     testing::ScopedLocale scoped(locale);
+    // A fresh sort state, so that each locale's sort is an ascending one.
+    list_.SetSorted(false);
+    list_.SetSortKey(0);
+    list_.SetSortOrder(0);
     Load(kSortSpec,
          {Row({{"id", "1"}, {"d", "2011-01-05"}}), Row({{"id", "2"}, {"d", "2009-12-31"}}),
           Row({{"id", "3"}, {"d", "2010-06-15"}})});
