@@ -15,31 +15,21 @@
 #include "veld/runtime/automation_error.h"
 #include "veld/runtime/format.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
-
-class LocalePlatform : public veld::ForwardingPlatform {
- public:
-  std::shared_ptr<const veld::RegionalSettings> Regional() override { return settings; }
-  std::shared_ptr<const veld::RegionalSettings> settings;
-};
+using veld_fuzz::Check;
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const char* const kLocales[] = {"en-US", "en-GB", "de-DE", "fr-FR", "ja-JP"};
-  static LocalePlatform* platform = [] {
-    auto* p = new LocalePlatform();
-    veld::InstallPlatform(p);
-    return p;
-  }();
+  veld_fuzz::LocalePlatform& platform = veld_fuzz::LocalePlatform::Installed();
   const std::string text(reinterpret_cast<const char*>(data), size);
   for (const char* locale : kLocales) {
-    platform->settings = veld::RegionalSettingsForLocale(locale);
-    const auto serial = veld::ParseDateText(text, *platform->settings, 2024);
+    platform.Use(locale);
+    const auto serial = veld::ParseDateText(text, *platform.Regional(), 2024);
     if (!serial) continue;
     Check(veld::IsValidDateSerial(*serial));
     const std::string iso = veld::FormatText(veld::Variant::Date(*serial), "yyyy-mm-dd hh:nn:ss");
@@ -48,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       Check(again.has_value() && *again == *serial);
     }
   }
-  platform->settings = veld::RegionalSettingsForLocale("en-US");
+  platform.Use("en-US");
   const bool is_date = veld::IsDate(veld::Variant(text));
   try {
     veld::CDate(veld::Variant(text));

@@ -11,29 +11,19 @@
 #include "veld/platform/platform.h"
 #include "veld/platform/regional_settings.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
-
-class LocalePlatform : public veld::ForwardingPlatform {
- public:
-  std::shared_ptr<const veld::RegionalSettings> Regional() override { return settings; }
-  std::shared_ptr<const veld::RegionalSettings> settings;
-};
+using veld_fuzz::Check;
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 1) return 0;
   static const char* const kLocales[] = {"en-US", "de-DE", "ja-JP"};
-  static LocalePlatform* platform = [] {
-    auto* p = new LocalePlatform();
-    veld::InstallPlatform(p);
-    return p;
-  }();
-  platform->settings = veld::RegionalSettingsForLocale(kLocales[data[0] % 3]);
+  veld_fuzz::LocalePlatform& platform = veld_fuzz::LocalePlatform::Installed();
+  platform.Use(kLocales[data[0] % 3]);
   const std::string_view input(reinterpret_cast<const char*>(data) + 1, size - 1);
   const size_t cut = input.find('\0');
   const std::string raw(input.substr(0, cut));

@@ -16,17 +16,11 @@
 #include "veld/runtime/automation_error.h"
 #include "veld/runtime/format.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
-
-class LocalePlatform : public veld::ForwardingPlatform {
- public:
-  std::shared_ptr<const veld::RegionalSettings> Regional() override { return settings; }
-  std::shared_ptr<const veld::RegionalSettings> settings;
-};
+using veld_fuzz::Check;
 
 veld::Variant ValueOf(uint8_t kind, std::string_view text) {
   double number = 0;
@@ -58,12 +52,8 @@ veld::Variant ValueOf(uint8_t kind, std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 2) return 0;
   static const char* const kLocales[] = {"en-US", "en-GB", "de-DE", "fr-FR", "ja-JP"};
-  static LocalePlatform* platform = [] {
-    auto* p = new LocalePlatform();
-    veld::InstallPlatform(p);
-    return p;
-  }();
-  platform->settings = veld::RegionalSettingsForLocale(kLocales[(data[0] >> 3) % 5]);
+  veld_fuzz::LocalePlatform& platform = veld_fuzz::LocalePlatform::Installed();
+  platform.Use(kLocales[(data[0] >> 3) % 5]);
   const int first_day = data[1] % 8;
   const int first_week = (data[1] >> 3) % 4;
   const std::string_view rest(reinterpret_cast<const char*>(data) + 2, size - 2);

@@ -16,26 +16,13 @@
 #include "veld/controls/headless_image_combo.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
 
-namespace {
+#include "fuzz_support.h"
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
-
-}  // namespace
+using veld_fuzz::Check;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
-  std::vector<std::string> parts;
-  size_t start = 0;
-  while (parts.size() < 12) {
-    const size_t cut = input.find('\x01', start);
-    parts.emplace_back(
-        input.substr(start, cut == std::string_view::npos ? input.size() - start : cut - start));
-    if (cut == std::string_view::npos) break;
-    start = cut + 1;
-  }
-  parts.resize(12);
+  const std::vector<std::string> parts = veld_fuzz::SplitInput(input, '\x01', 12);
 
   veld::KvoDataCtrlHelper helper;
   helper.LoadXml(parts[0]);

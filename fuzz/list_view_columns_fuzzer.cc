@@ -11,11 +11,11 @@
 #include "veld/controls/headless_list_view.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using veld_fuzz::Check;
 
 const char kData[] =
     "<dataset><data>"

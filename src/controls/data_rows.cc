@@ -43,6 +43,28 @@ xmlAttrPtr FindAttribute(xmlNodePtr element, const char* name) {
   return nullptr;
 }
 
+// A field the XPath could read differently from a plain comparison: an
+// apostrophe ends its literal (and fails it), a NUL ends the expression.
+bool NeedsXPath(const std::string& field) {
+  return field.find('\'') != std::string::npos || field.find('\0') != std::string::npos;
+}
+
+// The first "col" child in no namespace whose "name" is `field` (and that
+// has a "value", when `with_value` is set): what "col[@name='field']" and
+// "col[@name='field']/@value" select first.
+xmlNodePtr FindCol(xmlNodePtr row, const std::string& field, bool with_value) {
+  for (xmlNodePtr child = row->children; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE || child->ns != nullptr ||
+        !xmlStrEqual(child->name, BAD_CAST "col"))
+      continue;
+    const xmlAttrPtr name = FindAttribute(child, "name");
+    if (name == nullptr || !AttributeEquals(name, field)) continue;
+    if (with_value && FindAttribute(child, "value") == nullptr) continue;
+    return child;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 std::string ColumnMatch(const std::string& field, const std::string& op, const std::string& value) {
@@ -63,24 +85,15 @@ void MatchFieldNamesUpper(const XmlDocument& data, std::initializer_list<std::st
 }
 
 bool ReadCol(const XmlNode& row, const std::string& field, std::string& value) {
-  if (field.find('\'') != std::string::npos || field.find('\0') != std::string::npos) {
+  if (NeedsXPath(field)) {
     const XmlNode col = row.SelectSingleNode("col[@name='" + field + "']");
     value = GetNodeAttribute(col, "value", "");
     return !col.IsNull();
   }
-  const xmlNodePtr raw = xml_internal::LibxmlNode(row);
-  for (xmlNodePtr child = raw->children; child != nullptr; child = child->next) {
-    if (child->type != XML_ELEMENT_NODE || child->ns != nullptr ||
-        !xmlStrEqual(child->name, BAD_CAST "col"))
-      continue;
-    const xmlAttrPtr name = FindAttribute(child, "name");
-    if (name == nullptr || !AttributeEquals(name, field)) continue;
-    const xmlAttrPtr attribute = FindAttribute(child, "value");
-    value = attribute == nullptr ? std::string() : AttributeValue(attribute);
-    return true;
-  }
-  value.clear();
-  return false;
+  const xmlNodePtr col = FindCol(xml_internal::LibxmlNode(row), field, false);
+  const xmlAttrPtr attribute = col == nullptr ? nullptr : FindAttribute(col, "value");
+  value = attribute == nullptr ? std::string() : AttributeValue(attribute);
+  return col != nullptr;
 }
 
 void MatchFieldNamesLower(const XmlNode& sample_row, const std::vector<std::string*>& names) {
@@ -103,25 +116,14 @@ void MatchFieldNamesLower(const XmlNode& sample_row, const std::vector<std::stri
 }
 
 bool ReadColValue(const XmlNode& row, const std::string& field, std::string& value) {
-  if (field.find('\'') != std::string::npos || field.find('\0') != std::string::npos) {
+  if (NeedsXPath(field)) {
     const XmlNode attribute = row.SelectSingleNode("col[@name='" + field + "']/@value");
     value = attribute.IsNull() ? std::string() : attribute.NodeValue();
     return !attribute.IsNull();
   }
-  const xmlNodePtr raw = xml_internal::LibxmlNode(row);
-  for (xmlNodePtr child = raw->children; child != nullptr; child = child->next) {
-    if (child->type != XML_ELEMENT_NODE || child->ns != nullptr ||
-        !xmlStrEqual(child->name, BAD_CAST "col"))
-      continue;
-    const xmlAttrPtr name = FindAttribute(child, "name");
-    if (name == nullptr || !AttributeEquals(name, field)) continue;
-    const xmlAttrPtr attribute = FindAttribute(child, "value");
-    if (attribute == nullptr) continue;
-    value = AttributeValue(attribute);
-    return true;
-  }
-  value.clear();
-  return false;
+  const xmlNodePtr col = FindCol(xml_internal::LibxmlNode(row), field, true);
+  value = col == nullptr ? std::string() : AttributeValue(FindAttribute(col, "value"));
+  return col != nullptr;
 }
 
 }  // namespace veld::controls_internal

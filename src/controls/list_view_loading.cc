@@ -114,14 +114,24 @@ void MatchFields(const XmlNode& sample, ColumnDefinitions& columns, std::string&
   controls_internal::MatchFieldNamesLower(sample, names);
 }
 
-// The first row of an item document.
-XmlNode ItemRow(const std::string& xml) {
-  XmlDocument item;
-  if (!item.LoadXml(xml)) RaiseError(errnum::kCheckFailed, messages::kLoadItemXmlFailed);
-  XmlNode row = item.SelectSingleNode("//row[1]");
-  if (row.IsNull()) RaiseError(errnum::kCheckFailed, messages::kNoDataElement);
-  return row;
-}
+// What ListView_AddItem and ListView_UpdateItem fill an item from: the
+// list's columns, the first row of the item document, and the field names
+// matched to that row.
+struct ItemSource {
+  ItemSource(ListView& list, const std::string& xml, const std::string& key, const std::string& tag)
+      : columns(ReadColumnDefinitions(list)), key_field(key), tag_field(tag) {
+    XmlDocument item;
+    if (!item.LoadXml(xml)) RaiseError(errnum::kCheckFailed, messages::kLoadItemXmlFailed);
+    row = item.SelectSingleNode("//row[1]");
+    if (row.IsNull()) RaiseError(errnum::kCheckFailed, messages::kNoDataElement);
+    MatchFields(row, columns, key_field, tag_field);
+  }
+
+  ColumnDefinitions columns;
+  std::string key_field;
+  std::string tag_field;
+  XmlNode row;
+};
 
 }  // namespace
 
@@ -229,12 +239,9 @@ int32_t KvoDataCtrlHelper::ListView_AddItem(Control* cListViewCtrl, const std::s
   int32_t result = -1;
   Recorded([&] {
     ListView& list = RequireListView(cListViewCtrl);
-    ColumnDefinitions columns = ReadColumnDefinitions(list);
-    const XmlNode row = ItemRow(sDataItemXml);
-    std::string key_field = sKeyFieldName;
-    std::string tag_field = sTagFieldName;
-    MatchFields(row, columns, key_field, tag_field);
-    ListItem& item = AddFilled(list, row, columns, key_field, tag_field);
+    const ItemSource source(list, sDataItemXml, sKeyFieldName, sTagFieldName);
+    ListItem& item =
+        AddFilled(list, source.row, source.columns, source.key_field, source.tag_field);
     if (bSelectIt) item.SetSelected(true);
     result = item.Index();
   });
@@ -248,17 +255,13 @@ int32_t KvoDataCtrlHelper::ListView_UpdateItem(Control* cListViewCtrl, const std
   int32_t result = -1;
   Recorded([&] {
     ListView& list = RequireListView(cListViewCtrl);
-    ColumnDefinitions columns = ReadColumnDefinitions(list);
-    const XmlNode row = ItemRow(sDataItemXml);
-    std::string key_field = sKeyFieldName;
-    std::string tag_field = sTagFieldName;
-    MatchFields(row, columns, key_field, tag_field);
+    const ItemSource source(list, sDataItemXml, sKeyFieldName, sTagFieldName);
     // An exact keyed lookup; the control's own error when it refuses. No
     // item can have the empty key, so an empty id finds nothing.
     const std::string key = GenerateKeyFromIDString(sDataID);
     if (key.empty()) Fail(messages::kItemNotFound);
     ListItem& item = list.ListItems().Item(Variant(key));
-    FillItem(item, row, columns, key_field, tag_field);
+    FillItem(item, source.row, source.columns, source.key_field, source.tag_field);
     if (bSelectIt) item.SetSelected(true);
     result = item.Index();
   });

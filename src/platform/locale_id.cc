@@ -1,6 +1,8 @@
 #include "platform/locale_id.h"
 
 #include <cstdlib>
+#include <map>
+#include <mutex>
 
 #include "veld/platform/regional_settings.h"
 
@@ -17,6 +19,18 @@ std::string NormalizeLocaleId(std::string_view locale_id) {
   while (!tag.empty() && tag.back() == '-') tag.pop_back();
   if (tag.empty() || tag == "C" || tag == "POSIX") return "en-US";
   return tag;
+}
+
+std::shared_ptr<const RegionalSettings> RegionalSettingsForLocale(std::string_view locale_id) {
+  const std::string tag = NormalizeLocaleId(locale_id);
+  static std::mutex mutex;
+  static auto* cache = new std::map<std::string, std::shared_ptr<const RegionalSettings>>();
+  std::lock_guard<std::mutex> lock(mutex);
+  auto found = cache->find(tag);
+  if (found != cache->end()) return found->second;
+  auto settings = BuildRegionalSettings(tag);
+  if (cache->size() < 64) cache->emplace(tag, settings);
+  return settings;
 }
 
 #ifndef _WIN32

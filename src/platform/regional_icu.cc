@@ -6,9 +6,7 @@
 // U+202F before the designator, and it spells fields in its own letters.
 // The conversion below keeps the field order and literals of ICU's pattern
 // and writes each field the Windows way.
-#include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include <unicode/calendar.h>
@@ -189,7 +187,9 @@ void CurrencyForms(const icu::Locale& locale, RegionalSettings& out) {
   out.currency_digits = currency->getMinimumFractionDigits();
 }
 
-std::shared_ptr<const RegionalSettings> Build(const std::string& tag) {
+}  // namespace
+
+std::shared_ptr<const RegionalSettings> BuildRegionalSettings(const std::string& tag) {
   auto out = std::make_shared<RegionalSettings>();
   UErrorCode status = U_ZERO_ERROR;
   icu::Locale locale = icu::Locale::forLanguageTag(tag, status);
@@ -258,20 +258,6 @@ std::shared_ptr<const RegionalSettings> Build(const std::string& tag) {
       out->first_day_of_week = static_cast<int32_t>(first);  // UCAL_SUNDAY is 1
   }
   return out;
-}
-
-}  // namespace
-
-std::shared_ptr<const RegionalSettings> RegionalSettingsForLocale(std::string_view locale_id) {
-  const std::string tag = NormalizeLocaleId(locale_id);
-  static std::mutex mutex;
-  static auto* cache = new std::map<std::string, std::shared_ptr<const RegionalSettings>>();
-  std::lock_guard<std::mutex> lock(mutex);
-  auto found = cache->find(tag);
-  if (found != cache->end()) return found->second;
-  auto settings = Build(tag);
-  if (cache->size() < 64) cache->emplace(tag, settings);
-  return settings;
 }
 
 }  // namespace veld

@@ -8,20 +8,11 @@
 #include "veld/runtime/format.h"
 
 #include "commands.h"
+#include "locale_scope.h"
 
 namespace veld::cli {
 
 namespace {
-
-class LocalePlatform : public ForwardingPlatform {
- public:
-  explicit LocalePlatform(std::shared_ptr<const RegionalSettings> settings)
-      : settings_(std::move(settings)) {}
-  std::shared_ptr<const RegionalSettings> Regional() override { return settings_; }
-
- private:
-  std::shared_ptr<const RegionalSettings> settings_;
-};
 
 bool IsIsoDate(const std::string& text) {
   if (text.size() < 10) return false;
@@ -51,12 +42,7 @@ Variant ValueOf(const std::string& text, bool as_text) {
 }
 
 int RunFormat(const Args& args) {
-  std::unique_ptr<LocalePlatform> platform;
-  std::unique_ptr<ScopedPlatform> scope;
-  if (args.Has("locale")) {
-    platform = std::make_unique<LocalePlatform>(RegionalSettingsForLocale(args.Get("locale")));
-    scope = std::make_unique<ScopedPlatform>(*platform);
-  }
+  const LocaleScope locale(args);
   const std::string pattern = args.Positional().size() > 1 ? args.At(1) : "";
   const Variant result = Format(ValueOf(args.At(0), args.Has("text")), pattern);
   Out((result.IsNull() ? std::string() : result.AsString()) + "\n");

@@ -15,6 +15,7 @@
 #include "veld/runtime/automation_error.h"
 
 #include "commands.h"
+#include "locale_scope.h"
 
 namespace veld::cli {
 
@@ -130,16 +131,6 @@ int ViewCombo(const Args& args) {
   return kExitOk;
 }
 
-class LocalePlatform : public ForwardingPlatform {
- public:
-  explicit LocalePlatform(std::shared_ptr<const RegionalSettings> settings)
-      : settings_(std::move(settings)) {}
-  std::shared_ptr<const RegionalSettings> Regional() override { return settings_; }
-
- private:
-  std::shared_ptr<const RegionalSettings> settings_;
-};
-
 // The width of a text on a terminal: its characters (UTF-8 lead bytes).
 size_t Width(const std::string& text) {
   size_t width = 0;
@@ -166,12 +157,7 @@ int ViewList(const Args& args) {
       throw UsageError("--sort needs a column number, not '" + sort + "'");
     }
   }
-  std::unique_ptr<LocalePlatform> platform;
-  std::unique_ptr<ScopedPlatform> scope;
-  if (args.Has("locale")) {
-    platform = std::make_unique<LocalePlatform>(RegionalSettingsForLocale(args.Get("locale")));
-    scope = std::make_unique<ScopedPlatform>(*platform);
-  }
+  const LocaleScope locale(args);
   XmlDocument spec;
   if (!spec.Load(spec_file))
     throw Failure("cannot read the column spec " + spec_file + ": " + spec.ParseError().Reason());

@@ -3,9 +3,7 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
-#include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include <windows.h>
@@ -50,7 +48,9 @@ int32_t Number(const std::wstring& name, LCTYPE type, int32_t fallback) {
   return static_cast<int32_t>(value);
 }
 
-std::shared_ptr<const RegionalSettings> Build(const std::string& tag) {
+}  // namespace
+
+std::shared_ptr<const RegionalSettings> BuildRegionalSettings(const std::string& tag) {
   auto out = std::make_shared<RegionalSettings>();
   out->locale_id = tag;
   const std::wstring name = Widen(tag);
@@ -83,25 +83,11 @@ std::shared_ptr<const RegionalSettings> Build(const std::string& tag) {
   return out;
 }
 
-}  // namespace
-
 std::string ProcessLocaleId() {
   wchar_t buffer[LOCALE_NAME_MAX_LENGTH];
   const int length = GetUserDefaultLocaleName(buffer, LOCALE_NAME_MAX_LENGTH);
   if (length <= 1) return "en-US";
   return NormalizeLocaleId(Narrow(buffer, length - 1));
-}
-
-std::shared_ptr<const RegionalSettings> RegionalSettingsForLocale(std::string_view locale_id) {
-  const std::string tag = NormalizeLocaleId(locale_id);
-  static std::mutex mutex;
-  static auto* cache = new std::map<std::string, std::shared_ptr<const RegionalSettings>>();
-  std::lock_guard<std::mutex> lock(mutex);
-  auto found = cache->find(tag);
-  if (found != cache->end()) return found->second;
-  auto settings = Build(tag);
-  if (cache->size() < 64) cache->emplace(tag, settings);
-  return settings;
 }
 
 }  // namespace veld
