@@ -1,9 +1,6 @@
 // veld format: the classic Format function on the command line.
-#include <memory>
 #include <string>
 
-#include "veld/platform/platform.h"
-#include "veld/platform/regional_settings.h"
 #include "veld/runtime/automation_error.h"
 #include "veld/runtime/format.h"
 

@@ -1,7 +1,6 @@
 // veld view: the controls KvoDataCtrlHelper fills from a dataset file, shown
 // as text (headless controls, so no display is needed).
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,8 +9,6 @@
 #include "veld/controls/headless_list_view.h"
 #include "veld/controls/headless_tree_view.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
-#include "veld/platform/platform.h"
-#include "veld/platform/regional_settings.h"
 #include "veld/runtime/automation_error.h"
 
 #include "commands.h"
