@@ -156,7 +156,7 @@ TEST(ListViewDifferentialTest, HelperAgreesWithThePlainReading) {
     HeadlessListView by_reference;
     const bool spec_ok = helper.ListView_InitializeColumns(&by_helper, spec);
     helper.ListView_InitializeColumns(&by_reference, spec);
-    if (!spec_ok) continue;  // duplicate or numeric fields: the spec's own test covers it
+    if (!spec_ok) continue;  // duplicate or numeric fields: ListViewHelperTest covers them
     const bool helper_result = helper.ListView_LoadData(&by_helper, key_field, selected, tag_field);
     std::string message;
     const bool reference_result =

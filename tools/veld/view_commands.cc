@@ -246,7 +246,7 @@ Group ViewCommands() {
                 {"locale", "ID", "regional settings of this locale (de-DE, en_GB.UTF-8, ...)"}},
                "Cells are shown exactly as the list shows them: dates in the locale's short\n"
                "date, numbers through their column's format, a single blank for an empty cell.\n"
-               "Columns are as wide as their widest cell and aligned as the spec says.\n\n"
+               "Columns are as wide as their widest cell and aligned as its col asks.\n\n"
                "example: veld view list --columns examples/columns.xml --sort 3 orders.xml\n",
                ViewList},
               {"combo",
