@@ -17,9 +17,6 @@ class TextCollator {
   TextCollator(const TextCollator&) = delete;
   TextCollator& operator=(const TextCollator&) = delete;
 
-  // Negative, zero or positive as a sorts before, with or after b.
-  int Compare(std::string_view a, std::string_view b) const;
-
   // A key whose byte order (as std::string compares) is the collation order:
   // built once per text, so that a sort compares keys, not texts.
   std::string SortKey(std::string_view text) const;

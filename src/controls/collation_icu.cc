@@ -30,16 +30,6 @@ TextCollator::~TextCollator() {
   if (impl_->collator != nullptr) ucol_close(impl_->collator);
 }
 
-int TextCollator::Compare(std::string_view a, std::string_view b) const {
-  if (impl_->collator == nullptr) return a.compare(b);
-  UErrorCode status = U_ZERO_ERROR;
-  const UCollationResult result =
-      ucol_strcollUTF8(impl_->collator, a.data(), static_cast<int32_t>(a.size()), b.data(),
-                       static_cast<int32_t>(b.size()), &status);
-  if (U_FAILURE(status)) return a.compare(b);
-  return static_cast<int>(result);
-}
-
 std::string TextCollator::SortKey(std::string_view text) const {
   if (impl_->collator == nullptr) return std::string(text);
   // ucol_getSortKey takes UTF-16; ill-formed UTF-8 becomes U+FFFD.
