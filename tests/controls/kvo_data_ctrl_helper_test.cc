@@ -10,10 +10,14 @@
 #include "veld/controls/headless_tree_view.h"
 #include "veld/xml/xml_node_list.h"
 
+#include "dataset_text.h"
 #include "support/testing.h"
 
 namespace veld {
 namespace {
+
+using testing::Data;
+using testing::Row;
 
 constexpr char kXmlFailureTag[] = "(ERR#: -2147467259)";
 
@@ -23,14 +27,6 @@ class Helper : public KvoDataCtrlHelper {
   XmlDocument& Data() { return m_cXmlDom; }
   KvoErrObject& Record() { return m_cErrObj; }
 };
-
-std::string Row(const std::vector<std::pair<std::string, std::string>>& cols,
-                const std::string& attributes = "") {
-  std::string xml = "<row" + attributes + ">";
-  for (const auto& [name, value] : cols)
-    xml += "<col name=\"" + name + "\" value=\"" + value + "\"/>";
-  return xml + "</row>";
-}
 
 class KvoDataCtrlHelperTest : public ::testing::Test {
  protected:
@@ -191,12 +187,6 @@ TEST(KvoDataCtrlHelperKeysTest, GetIDStringFromKey) {
 
 // --- tree views ---
 
-std::string Tree(const std::vector<std::string>& rows) {
-  std::string xml = "<dataset><data>";
-  for (const auto& row : rows) xml += row;
-  return xml + "</data></dataset>";
-}
-
 std::string Node3(const std::string& id, const std::string& parent, const std::string& text,
                   const std::string& attributes = "") {
   return Row({{"id", id}, {"parent", parent}, {"text", text}, {"tag", "t" + id}}, attributes);
@@ -204,7 +194,7 @@ std::string Node3(const std::string& id, const std::string& parent, const std::s
 
 TEST_F(KvoDataCtrlHelperTest, TreeFromParentKeysWithImages) {
   ASSERT_TRUE(
-      helper_.LoadXml(Tree({Node3("A", "", "a"), Node3("B", "A", "b"), Node3("C", "B", "c")})));
+      helper_.LoadXml(Data({Node3("A", "", "a"), Node3("B", "A", "b"), Node3("C", "B", "c")})));
   HeadlessTreeView tree;
   ASSERT_TRUE(helper_.TreeView_LoadData(&tree, "id", "parent", "text", "", "tag", "folder", "item"))
       << helper_.GetLastError();
@@ -228,7 +218,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeFromParentKeysWithImages) {
 
 TEST_F(KvoDataCtrlHelperTest, TreeParentAfterChildFailsKeepingEarlierNodes) {
   ASSERT_TRUE(
-      helper_.LoadXml(Tree({Node3("A", "", "a"), Node3("C", "B", "c"), Node3("B", "A", "b")})));
+      helper_.LoadXml(Data({Node3("A", "", "a"), Node3("C", "B", "c"), Node3("B", "A", "b")})));
   HeadlessTreeView tree;
   EXPECT_FALSE(helper_.TreeView_LoadData(&tree, "id", "parent", "text"));
   EXPECT_EQ(helper_.GetLastError(), "Element not found(ERR#: 35601)");
@@ -239,7 +229,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeParentAfterChildFailsKeepingEarlierNodes) {
 }
 
 TEST_F(KvoDataCtrlHelperTest, TreeDuplicateKeyFails) {
-  ASSERT_TRUE(helper_.LoadXml(Tree({Node3("A", "", "a"), Node3("A", "", "again")})));
+  ASSERT_TRUE(helper_.LoadXml(Data({Node3("A", "", "a"), Node3("A", "", "again")})));
   HeadlessTreeView tree;
   EXPECT_FALSE(helper_.TreeView_LoadData(&tree, "id", "parent", "text"));
   EXPECT_EQ(helper_.GetLastError(), "Key is not unique in collection(ERR#: 35602)");
@@ -247,7 +237,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeDuplicateKeyFails) {
 }
 
 TEST_F(KvoDataCtrlHelperTest, TreeRowNamingItselfAsParentFails) {
-  ASSERT_TRUE(helper_.LoadXml(Tree({Node3("A", "A", "a")})));
+  ASSERT_TRUE(helper_.LoadXml(Data({Node3("A", "A", "a")})));
   HeadlessTreeView tree;
   EXPECT_FALSE(helper_.TreeView_LoadData(&tree, "id", "parent", "text"));
   EXPECT_EQ(helper_.GetLastError(), "Element not found(ERR#: 35601)");
@@ -255,7 +245,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeRowNamingItselfAsParentFails) {
 }
 
 TEST_F(KvoDataCtrlHelperTest, TreeTextJoinsTheSecondText) {
-  ASSERT_TRUE(helper_.LoadXml(Tree({Row({{"id", "1"}, {"n", "Sales"}, {"d", "Dept 1"}}),
+  ASSERT_TRUE(helper_.LoadXml(Data({Row({{"id", "1"}, {"n", "Sales"}, {"d", "Dept 1"}}),
                                     Row({{"id", "2"}, {"n", ""}, {"d", "Dept 2"}}),
                                     Row({{"id", "3"}, {"n", "  "}, {"d", "Dept 3"}}),
                                     Row({{"id", "4"}, {"n", "No second"}})})));
@@ -271,7 +261,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeTextJoinsTheSecondText) {
 
 TEST_F(KvoDataCtrlHelperTest, TreeSkipsInactiveRowsAndRowsWithoutKeyOrText) {
   ASSERT_TRUE(helper_.LoadXml(
-      Tree({Node3("A", "", "a"), Node3("B", "", "b", " index=\"0\""), Node3("", "", "no key"),
+      Data({Node3("A", "", "a"), Node3("B", "", "b", " index=\"0\""), Node3("", "", "no key"),
             Node3("D", "", ""), Row({{"text", "e"}}), Node3("F", "", "f", " index=\"5\"")})));
   HeadlessTreeView tree;
   ASSERT_TRUE(helper_.TreeView_LoadData(&tree, "id", "parent", "text"));
@@ -280,7 +270,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeSkipsInactiveRowsAndRowsWithoutKeyOrText) {
 }
 
 TEST_F(KvoDataCtrlHelperTest, TreeFieldNamesIgnoreCaseAndBlanks) {
-  ASSERT_TRUE(helper_.LoadXml(Tree({Row({{"Id", "A"}, {" Text ", "a"}, {"Tag", "x"}}),
+  ASSERT_TRUE(helper_.LoadXml(Data({Row({{"Id", "A"}, {" Text ", "a"}, {"Tag", "x"}}),
                                     Row({{"Id", "B"}, {" Text ", "b"}, {"PARENT", "A"}})})));
   HeadlessTreeView tree;
   // "parent" is not a column of the first row, so it stays as given and the
@@ -294,7 +284,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeFieldNamesIgnoreCaseAndBlanks) {
 
 TEST_F(KvoDataCtrlHelperTest, TreeFilterIsAnEquality) {
   ASSERT_TRUE(helper_.LoadXml(
-      Tree({Row({{"id", "1"}, {"t", "a"}, {"g", "x"}}), Row({{"id", "2"}, {"t", "b"}, {"g", "y"}}),
+      Data({Row({{"id", "1"}, {"t", "a"}, {"g", "x"}}), Row({{"id", "2"}, {"t", "b"}, {"g", "y"}}),
             Row({{"id", "3"}, {"t", "c"}, {"g", "x"}})})));
   HeadlessTreeView tree;
   ASSERT_TRUE(helper_.TreeView_LoadData(&tree, "id", "p", "t", "", "tag", "", "",
@@ -304,7 +294,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeFilterIsAnEquality) {
 }
 
 TEST_F(KvoDataCtrlHelperTest, TreeSelectsTheNamedNodeElseTheFirst) {
-  ASSERT_TRUE(helper_.LoadXml(Tree({Node3("A", "", "a"), Node3("B", "A", "b")})));
+  ASSERT_TRUE(helper_.LoadXml(Data({Node3("A", "", "a"), Node3("B", "A", "b")})));
   HeadlessTreeView tree;
   ASSERT_TRUE(
       helper_.TreeView_LoadData(&tree, "id", "parent", "text", "", "tag", "", "", Variant("KB")));
@@ -342,7 +332,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeTypeCheck) {
 }
 
 TEST_F(KvoDataCtrlHelperTest, TreeFieldNameWithAnApostropheFailsOnTheFirstRow) {
-  ASSERT_TRUE(helper_.LoadXml(Tree({Node3("A", "", "a")})));
+  ASSERT_TRUE(helper_.LoadXml(Data({Node3("A", "", "a")})));
   HeadlessTreeView tree;
   EXPECT_FALSE(helper_.TreeView_LoadData(&tree, "id", "parent", "te'xt"));
   EXPECT_EQ(helper_.GetLastError(), std::string("Invalid predicate") + kXmlFailureTag);
@@ -352,7 +342,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeFieldNameWithAnApostropheFailsOnTheFirstRow) {
 }
 
 TEST_F(KvoDataCtrlHelperTest, TreeFilterValueWithQuotesIsEscaped) {
-  ASSERT_TRUE(helper_.LoadXml(Tree({Row({{"id", "1"}, {"t", "a"}, {"g", "it's"}})})));
+  ASSERT_TRUE(helper_.LoadXml(Data({Row({{"id", "1"}, {"t", "a"}, {"g", "it's"}})})));
   HeadlessTreeView tree;
   ASSERT_TRUE(helper_.TreeView_LoadData(&tree, "id", "p", "t", "", "tag", "", "",
                                         Variant::Missing(), "g", "it's"));
@@ -364,7 +354,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeTenThousandLevelsDeep) {
   rows.push_back(Node3("0", "", "n0"));
   for (int i = 1; i < 10000; ++i)
     rows.push_back(Node3(std::to_string(i), std::to_string(i - 1), "n" + std::to_string(i)));
-  ASSERT_TRUE(helper_.LoadXml(Tree(rows)));
+  ASSERT_TRUE(helper_.LoadXml(Data(rows)));
   HeadlessTreeView tree;
   ASSERT_TRUE(helper_.TreeView_LoadData(&tree, "id", "parent", "text", "", "tag", "f", "i"));
   EXPECT_EQ(tree.Nodes().Count(), 10000);
@@ -376,7 +366,7 @@ TEST_F(KvoDataCtrlHelperTest, TreeTenThousandLevelsDeep) {
 
 TEST_F(KvoDataCtrlHelperTest, TreeSelectionMembers) {
   ASSERT_TRUE(
-      helper_.LoadXml(Tree({Node3("A", "", "a"), Node3("B", "A", "b"), Node3("C", "B", "c")})));
+      helper_.LoadXml(Data({Node3("A", "", "a"), Node3("B", "A", "b"), Node3("C", "B", "c")})));
   HeadlessTreeView tree;
   std::string id;
   EXPECT_FALSE(helper_.TreeView_GetSelectedItemIDString(&tree, id));

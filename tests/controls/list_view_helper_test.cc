@@ -9,26 +9,15 @@
 #include "veld/controls/headless_tree_view.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
 
+#include "dataset_text.h"
 #include "support/locale_platform.h"
 #include "support/testing.h"
 
 namespace veld {
 namespace {
 
-using Cols = std::vector<std::pair<std::string, std::string>>;
-
-std::string Row(const Cols& cols, const std::string& attributes = "") {
-  std::string xml = "<row" + attributes + ">";
-  for (const auto& [name, value] : cols)
-    xml += "<col name=\"" + name + "\" value=\"" + value + "\"/>";
-  return xml + "</row>";
-}
-
-std::string Data(const std::vector<std::string>& rows) {
-  std::string xml = "<dataset><data>";
-  for (const auto& row : rows) xml += row;
-  return xml + "</data></dataset>";
-}
+using testing::Data;
+using testing::Row;
 
 class ListViewHelperTest : public ::testing::Test {
  protected:
