@@ -17,9 +17,11 @@ class TextCollator {
   TextCollator(const TextCollator&) = delete;
   TextCollator& operator=(const TextCollator&) = delete;
 
-  // A key whose byte order (as std::string compares) is the collation order:
-  // built once per text, so that a sort compares keys, not texts.
-  std::string SortKey(std::string_view text) const;
+  // Appends to `out` a key of `text` whose byte order (as std::string_view
+  // compares) is the collation order. Built once per text, so that a sort
+  // compares keys, not texts; a sort of many texts builds all its keys into
+  // one string.
+  void AppendSortKey(std::string_view text, std::string& out);
 
  private:
   struct Impl;
