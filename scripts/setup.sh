@@ -25,6 +25,8 @@ packages=(
   # The registry backend conformance suite, cross-built for Windows and run
   # under Wine (the posix thread model has the std::mutex GoogleTest needs).
   g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix wine64
+  # The Qt Widgets adapters of the controls, and the dataset viewer.
+  qt6-base-dev
 )
 
 if ! command -v dpkg-query >/dev/null 2>&1; then

@@ -58,6 +58,7 @@
 #include "veld/controls/list_view.h"
 #include "veld/controls/image_combo.h"
 #include "veld/controls/tree_view.h"
+#include "veld/controls/control_observer.h"
 #include "veld/controls/headless_list_view.h"
 #include "veld/controls/headless_image_combo.h"
 #include "veld/controls/headless_tree_view.h"

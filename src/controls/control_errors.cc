@@ -1,5 +1,7 @@
 #include "controls/control_errors.h"
 
+#include "veld/controls/control_observer.h"
+
 #include "runtime/numeric.h"
 #include "veld/controls/control.h"
 #include "veld/runtime/automation_error.h"
@@ -7,6 +9,7 @@
 namespace veld {
 
 Control::~Control() = default;
+ControlObserver::~ControlObserver() = default;
 
 namespace controls_internal {
 

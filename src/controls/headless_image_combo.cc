@@ -1,6 +1,7 @@
 #include "veld/controls/headless_image_combo.h"
 
 #include "controls/element_list.h"
+#include "veld/controls/control_observer.h"
 #include "veld/runtime/automation_error.h"
 
 namespace veld {
@@ -18,6 +19,11 @@ struct ComboCore {
   HeadlessComboItem* selected = nullptr;
   std::string text;
   int32_t refreshes = 0;
+  ControlObserver* observer = nullptr;
+
+  void Notify(int32_t changes) const {
+    if (observer != nullptr) observer->ControlChanged(changes);
+  }
 };
 
 class HeadlessComboItem final : public ComboItem {
@@ -29,15 +35,27 @@ class HeadlessComboItem final : public ComboItem {
   std::string Key() const override { return key_; }
   void SetKey(const std::string& key) override { core_.items.Rekey(*this, key); }
   std::string Text() const override { return text_; }
-  void SetText(const std::string& text) override { text_ = text; }
+  void SetText(const std::string& text) override {
+    text_ = text;
+    core_.Notify(ControlObserver::kContent);
+  }
   std::string Tag() const override { return tag_; }
   void SetTag(const std::string& tag) override { tag_ = tag; }
   int16_t Indentation() const override { return indentation_; }
-  void SetIndentation(int16_t level) override { indentation_ = level; }
+  void SetIndentation(int16_t level) override {
+    indentation_ = level;
+    core_.Notify(ControlObserver::kContent);
+  }
   std::string Image() const override { return image_; }
-  void SetImage(const std::string& key) override { image_ = key; }
+  void SetImage(const std::string& key) override {
+    image_ = key;
+    core_.Notify(ControlObserver::kContent);
+  }
   std::string SelImage() const override { return sel_image_; }
-  void SetSelImage(const std::string& key) override { sel_image_ = key; }
+  void SetSelImage(const std::string& key) override {
+    sel_image_ = key;
+    core_.Notify(ControlObserver::kContent);
+  }
   bool Selected() const override { return core_.selected == this; }
   void SetSelected(bool selected) override {
     if (selected) {
@@ -46,6 +64,7 @@ class HeadlessComboItem final : public ComboItem {
     } else if (core_.selected == this) {
       core_.selected = nullptr;
     }
+    core_.Notify(ControlObserver::kState);
   }
 
   int32_t index_ = 0;
@@ -79,18 +98,22 @@ class HeadlessComboItemCollection final : public ComboItemCollection {
     item->SetImage(TextArgument(Image));
     item->SetSelImage(TextArgument(SelImage));
     item->SetIndentation(indentation);
-    return core_.items.Insert(position, std::move(item));
+    ComboItem& added = core_.items.Insert(position, std::move(item));
+    core_.Notify(ControlObserver::kStructure);
+    return added;
   }
 
   void Remove(const Variant& vIndexKey) override {
     HeadlessComboItem* doomed = &core_.items.Item(vIndexKey);
     if (core_.selected == doomed) core_.selected = nullptr;
     core_.items.EraseIf([doomed](const HeadlessComboItem& item) { return &item == doomed; });
+    core_.Notify(ControlObserver::kStructure | ControlObserver::kState);
   }
 
   void Clear() override {
     core_.selected = nullptr;
     core_.items.Clear();
+    core_.Notify(ControlObserver::kStructure | ControlObserver::kState);
   }
 
  private:
@@ -109,12 +132,16 @@ HeadlessImageCombo::~HeadlessImageCombo() = default;
 
 ComboItemCollection& HeadlessImageCombo::ComboItems() { return state_->items; }
 std::string HeadlessImageCombo::Text() const { return state_->core.text; }
-void HeadlessImageCombo::SetText(const std::string& text) { state_->core.text = text; }
+void HeadlessImageCombo::SetText(const std::string& text) {
+  state_->core.text = text;
+  state_->core.Notify(ControlObserver::kState);
+}
 ComboItem* HeadlessImageCombo::SelectedItem() { return state_->core.selected; }
 
 void HeadlessImageCombo::SetSelectedItem(ComboItem* item) {
   if (item == nullptr) {
     state_->core.selected = nullptr;
+    state_->core.Notify(ControlObserver::kState);
     return;
   }
   // Only an item of this combo can be selected in it.
@@ -125,6 +152,10 @@ void HeadlessImageCombo::SetSelectedItem(ComboItem* item) {
 }
 
 void HeadlessImageCombo::Refresh() { ++state_->core.refreshes; }
+
+void HeadlessImageCombo::SetObserver(ControlObserver* observer) {
+  state_->core.observer = observer;
+}
 int32_t HeadlessImageCombo::RefreshCount() const { return state_->core.refreshes; }
 
 }  // namespace veld

@@ -8,6 +8,7 @@
 #include "controls/collation.h"
 #include "controls/element_list.h"
 #include "runtime/text.h"
+#include "veld/controls/control_observer.h"
 #include "veld/platform/platform.h"
 #include "veld/platform/regional_settings.h"
 #include "veld/runtime/automation_error.h"
@@ -40,8 +41,12 @@ struct ListCore {
   bool sorted = false;
   int16_t sort_key = 0;
   int32_t sort_order = 0;
+  ControlObserver* observer = nullptr;
 
   void Sort();
+  void Notify(int32_t changes) const {
+    if (observer != nullptr) observer->ControlChanged(changes);
+  }
 };
 
 void CheckAlignment(int32_t alignment) {
@@ -56,13 +61,20 @@ class HeadlessColumn final : public ColumnHeader {
   std::string Key() const override { return key_; }
   void SetKey(const std::string& key) override { core_.columns.Rekey(*this, key); }
   std::string Text() const override { return text_; }
-  void SetText(const std::string& text) override { text_ = text; }
+  void SetText(const std::string& text) override {
+    text_ = text;
+    core_.Notify(ControlObserver::kStructure);
+  }
   double Width() const override { return width_; }
-  void SetWidth(double twips) override { width_ = twips; }
+  void SetWidth(double twips) override {
+    width_ = twips;
+    core_.Notify(ControlObserver::kStructure);
+  }
   int32_t Alignment() const override { return alignment_; }
   void SetAlignment(int32_t alignment) override {
     CheckAlignment(alignment);
     alignment_ = alignment;
+    core_.Notify(ControlObserver::kStructure);
   }
   std::string Tag() const override { return tag_; }
   void SetTag(const std::string& tag) override { tag_ = tag; }
@@ -80,17 +92,24 @@ class HeadlessColumn final : public ColumnHeader {
 
 class HeadlessSubItem final : public ListSubItem {
  public:
-  explicit HeadlessSubItem(int32_t index) : index_(index) {}
+  HeadlessSubItem(const ListCore& core, int32_t index) : index_(index), core_(core) {}
   int32_t Index() const override { return index_; }
   std::string Text() const override { return text_; }
-  void SetText(const std::string& text) override { text_ = text; }
+  void SetText(const std::string& text) override {
+    text_ = text;
+    core_.Notify(ControlObserver::kContent);
+  }
   int32_t ForeColor() const override { return fore_color_; }
-  void SetForeColor(int32_t color) override { fore_color_ = color; }
+  void SetForeColor(int32_t color) override {
+    fore_color_ = color;
+    core_.Notify(ControlObserver::kContent);
+  }
 
   const std::string& TextRef() const { return text_; }
 
  private:
   int32_t index_;
+  const ListCore& core_;
   std::string text_;
   int32_t fore_color_ = 0;
 };
@@ -104,11 +123,20 @@ class HeadlessListItem final : public ListItem {
   std::string Key() const override { return key_; }
   void SetKey(const std::string& key) override { core_.items.Rekey(*this, key); }
   std::string Text() const override { return text_; }
-  void SetText(const std::string& text) override { text_ = text; }
+  void SetText(const std::string& text) override {
+    text_ = text;
+    core_.Notify(ControlObserver::kContent);
+  }
   std::string Icon() const override { return icon_; }
-  void SetIcon(const std::string& key) override { icon_ = key; }
+  void SetIcon(const std::string& key) override {
+    icon_ = key;
+    core_.Notify(ControlObserver::kContent);
+  }
   std::string SmallIcon() const override { return small_icon_; }
-  void SetSmallIcon(const std::string& key) override { small_icon_ = key; }
+  void SetSmallIcon(const std::string& key) override {
+    small_icon_ = key;
+    core_.Notify(ControlObserver::kContent);
+  }
   std::string Tag() const override { return tag_; }
   void SetTag(const std::string& tag) override { tag_ = tag; }
   bool Selected() const override { return core_.selected == this; }
@@ -118,10 +146,17 @@ class HeadlessListItem final : public ListItem {
     } else if (core_.selected == this) {
       core_.selected = nullptr;
     }
+    core_.Notify(ControlObserver::kState);
   }
   int32_t ForeColor() const override { return fore_color_; }
-  void SetForeColor(int32_t color) override { fore_color_ = color; }
-  void EnsureVisible() override { core_.visible = this; }
+  void SetForeColor(int32_t color) override {
+    fore_color_ = color;
+    core_.Notify(ControlObserver::kContent);
+  }
+  void EnsureVisible() override {
+    core_.visible = this;
+    core_.Notify(ControlObserver::kState);
+  }
 
   bool KeyEqualsUpper(std::string_view upper_key) const override {
     // Keys are mostly ASCII: compare them in place, without a copy.
@@ -151,7 +186,7 @@ class HeadlessListItem final : public ListItem {
   }
   void SetSubItems(int32_t n, const std::string& text) override {
     if (n == 0) {
-      text_ = text;
+      SetText(text);
       return;
     }
     ListSubItems(n).SetText(text);
@@ -160,7 +195,7 @@ class HeadlessListItem final : public ListItem {
     CheckSubItem(n);
     while (subitems_.size() < static_cast<size_t>(n))
       subitems_.push_back(
-          std::make_unique<HeadlessSubItem>(static_cast<int32_t>(subitems_.size()) + 1));
+          std::make_unique<HeadlessSubItem>(core_, static_cast<int32_t>(subitems_.size()) + 1));
     return *subitems_[n - 1];
   }
 
@@ -249,15 +284,21 @@ class HeadlessColumnCollection final : public ColumnHeaderCollection {
     column->SetText(TextArgument(Text));
     column->SetWidth(width);
     column->SetAlignment(alignment);
-    return core_.columns.Insert(position, std::move(column));
+    ColumnHeader& added = core_.columns.Insert(position, std::move(column));
+    core_.Notify(ControlObserver::kStructure);
+    return added;
   }
 
   void Remove(const Variant& vIndexKey) override {
     HeadlessColumn* doomed = &core_.columns.Item(vIndexKey);
     core_.columns.EraseIf([doomed](const HeadlessColumn& c) { return &c == doomed; });
+    core_.Notify(ControlObserver::kStructure);
   }
 
-  void Clear() override { core_.columns.Clear(); }
+  void Clear() override {
+    core_.columns.Clear();
+    core_.Notify(ControlObserver::kStructure);
+  }
 
  private:
   ListCore& core_;
@@ -278,7 +319,9 @@ class HeadlessListItemCollection final : public ListItemCollection {
     auto item = std::make_unique<HeadlessListItem>(core_, key, TextArgument(Text));
     item->SetIcon(TextArgument(Icon));
     item->SetSmallIcon(TextArgument(SmallIcon));
-    return core_.items.Insert(position, std::move(item));
+    ListItem& added = core_.items.Insert(position, std::move(item));
+    core_.Notify(ControlObserver::kStructure);
+    return added;
   }
 
   void Remove(const Variant& vIndexKey) override {
@@ -286,12 +329,14 @@ class HeadlessListItemCollection final : public ListItemCollection {
     if (core_.selected == doomed) core_.selected = nullptr;
     if (core_.visible == doomed) core_.visible = nullptr;
     core_.items.EraseIf([doomed](const HeadlessListItem& item) { return &item == doomed; });
+    core_.Notify(ControlObserver::kStructure | ControlObserver::kState);
   }
 
   void Clear() override {
     core_.selected = nullptr;
     core_.visible = nullptr;
     core_.items.Clear();
+    core_.Notify(ControlObserver::kStructure | ControlObserver::kState);
   }
 
  private:
@@ -318,12 +363,15 @@ bool HeadlessListView::Sorted() const { return state_->core.sorted; }
 void HeadlessListView::SetSorted(bool sorted) {
   state_->core.sorted = sorted;
   if (sorted) state_->core.Sort();
+  state_->core.Notify(ControlObserver::kState | (sorted ? ControlObserver::kStructure : 0));
 }
 
 int16_t HeadlessListView::SortKey() const { return state_->core.sort_key; }
 void HeadlessListView::SetSortKey(int16_t column) {
   state_->core.sort_key = column;
   if (state_->core.sorted) state_->core.Sort();
+  state_->core.Notify(ControlObserver::kState |
+                      (state_->core.sorted ? ControlObserver::kStructure : 0));
 }
 
 int32_t HeadlessListView::SortOrder() const { return state_->core.sort_order; }
@@ -331,6 +379,10 @@ void HeadlessListView::SetSortOrder(int32_t order) {
   if (order < 0 || order > 1) controls_internal::RaiseControlError(ctlerr::kInvalidPropertyValue);
   state_->core.sort_order = order;
   if (state_->core.sorted) state_->core.Sort();
+  state_->core.Notify(ControlObserver::kState |
+                      (state_->core.sorted ? ControlObserver::kStructure : 0));
 }
+
+void HeadlessListView::SetObserver(ControlObserver* observer) { state_->core.observer = observer; }
 
 }  // namespace veld

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "controls/element_list.h"
+#include "veld/controls/control_observer.h"
 #include "veld/runtime/automation_error.h"
 
 namespace veld {
@@ -20,6 +21,11 @@ struct TreeCore {
   ElementList<HeadlessNode> nodes;
   std::vector<HeadlessNode*> roots;
   HeadlessNode* selected = nullptr;
+  ControlObserver* observer = nullptr;
+
+  void Notify(int32_t changes) const {
+    if (observer != nullptr) observer->ControlChanged(changes);
+  }
 };
 
 class HeadlessNode final : public Node {
@@ -31,13 +37,22 @@ class HeadlessNode final : public Node {
   std::string Key() const override { return key_; }
   void SetKey(const std::string& key) override { state_.nodes.Rekey(*this, key); }
   std::string Text() const override { return text_; }
-  void SetText(const std::string& text) override { text_ = text; }
+  void SetText(const std::string& text) override {
+    text_ = text;
+    state_.Notify(ControlObserver::kContent);
+  }
   std::string Tag() const override { return tag_; }
   void SetTag(const std::string& tag) override { tag_ = tag; }
   std::string Image() const override { return image_; }
-  void SetImage(const std::string& key) override { image_ = key; }
+  void SetImage(const std::string& key) override {
+    image_ = key;
+    state_.Notify(ControlObserver::kContent);
+  }
   std::string SelectedImage() const override { return selected_image_; }
-  void SetSelectedImage(const std::string& key) override { selected_image_ = key; }
+  void SetSelectedImage(const std::string& key) override {
+    selected_image_ = key;
+    state_.Notify(ControlObserver::kContent);
+  }
   int32_t Children() const override { return static_cast<int32_t>(children_.size()); }
   Node* Parent() override { return parent_; }
   Node* Child() override { return children_.empty() ? nullptr : children_.front(); }
@@ -52,7 +67,10 @@ class HeadlessNode final : public Node {
     return next < siblings.size() ? siblings[next] : nullptr;
   }
   bool Expanded() const override { return expanded_; }
-  void SetExpanded(bool expanded) override { expanded_ = expanded; }
+  void SetExpanded(bool expanded) override {
+    expanded_ = expanded;
+    state_.Notify(ControlObserver::kState);
+  }
   bool Selected() const override { return state_.selected == this; }
   void SetSelected(bool selected) override {
     if (selected) {
@@ -60,9 +78,11 @@ class HeadlessNode final : public Node {
     } else if (state_.selected == this) {
       state_.selected = nullptr;
     }
+    state_.Notify(ControlObserver::kState);
   }
   void EnsureVisible() override {
     for (HeadlessNode* up = parent_; up != nullptr; up = up->parent_) up->expanded_ = true;
+    state_.Notify(ControlObserver::kState);
   }
 
   std::vector<HeadlessNode*>& Siblings() { return parent_ ? parent_->children_ : state_.roots; }
@@ -116,14 +136,39 @@ class HeadlessNodeCollection final : public NodeCollection {
     node->SetImage(TextArgument(Image));
     node->SetSelectedImage(TextArgument(SelectedImage));
     HeadlessNode& added = state_.nodes.Insert(state_.nodes.Count() + 1, std::move(node));
+    Link(added, relative, relationship);
+    state_.Notify(ControlObserver::kStructure);
+    return added;
+  }
+
+  void Remove(const Variant& vIndexKey) override {
+    HeadlessNode& node = state_.nodes.Item(vIndexKey);
+    std::vector<HeadlessNode*>& siblings = node.Siblings();
+    siblings.erase(std::find(siblings.begin(), siblings.end(), &node));
+    MarkSubtree(node);
+    if (state_.selected != nullptr && state_.selected->doomed_) state_.selected = nullptr;
+    state_.nodes.EraseIf([](const HeadlessNode& n) { return n.doomed_; });
+    state_.Notify(ControlObserver::kStructure | ControlObserver::kState);
+  }
+
+  void Clear() override {
+    state_.selected = nullptr;
+    state_.roots.clear();
+    state_.nodes.Clear();
+    state_.Notify(ControlObserver::kStructure | ControlObserver::kState);
+  }
+
+ private:
+  // Places a new node among its siblings.
+  void Link(HeadlessNode& added, HeadlessNode* relative, int32_t relationship) {
     if (relative == nullptr) {
       state_.roots.push_back(&added);
-      return added;
+      return;
     }
     if (relationship == tvwChild) {
       added.parent_ = relative;
       relative->children_.push_back(&added);
-      return added;
+      return;
     }
     added.parent_ = relative->parent_;
     std::vector<HeadlessNode*>& siblings = relative->Siblings();
@@ -142,25 +187,8 @@ class HeadlessNodeCollection final : public NodeCollection {
         siblings.insert(at + 1, &added);
         break;
     }
-    return added;
   }
 
-  void Remove(const Variant& vIndexKey) override {
-    HeadlessNode& node = state_.nodes.Item(vIndexKey);
-    std::vector<HeadlessNode*>& siblings = node.Siblings();
-    siblings.erase(std::find(siblings.begin(), siblings.end(), &node));
-    MarkSubtree(node);
-    if (state_.selected != nullptr && state_.selected->doomed_) state_.selected = nullptr;
-    state_.nodes.EraseIf([](const HeadlessNode& n) { return n.doomed_; });
-  }
-
-  void Clear() override {
-    state_.selected = nullptr;
-    state_.roots.clear();
-    state_.nodes.Clear();
-  }
-
- private:
   TreeCore& state_;
 };
 
@@ -179,5 +207,7 @@ HeadlessTreeView::~HeadlessTreeView() = default;
 
 NodeCollection& HeadlessTreeView::Nodes() { return state_->nodes; }
 Node* HeadlessTreeView::SelectedItem() { return state_->core.selected; }
+
+void HeadlessTreeView::SetObserver(ControlObserver* observer) { state_->core.observer = observer; }
 
 }  // namespace veld

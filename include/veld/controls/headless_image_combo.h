@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "veld/controls/control_observer.h"
 #include "veld/controls/image_combo.h"
 #include "veld/export.h"
 
@@ -25,6 +26,10 @@ class VELD_EXPORT HeadlessImageCombo : public ImageCombo {
   // Has no visible effect headless; counted, so that callers can tell.
   void Refresh() override;
   int32_t RefreshCount() const;
+
+  // Tells `observer` of every later change (nullptr: no one). See
+  // control_observer.h.
+  void SetObserver(ControlObserver* observer);
 
   struct State;
 

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "veld/controls/control_observer.h"
 #include "veld/controls/list_view.h"
 #include "veld/export.h"
 
@@ -27,6 +28,10 @@ class VELD_EXPORT HeadlessListView : public ListView {
 
   // The item last scrolled into view with EnsureVisible, or nullptr.
   ListItem* VisibleItem();
+
+  // Tells `observer` of every later change (nullptr: no one). See
+  // control_observer.h.
+  void SetObserver(ControlObserver* observer);
 
   struct State;
 

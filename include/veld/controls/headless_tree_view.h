@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "veld/controls/control_observer.h"
 #include "veld/controls/tree_view.h"
 #include "veld/export.h"
 
@@ -17,6 +18,10 @@ class VELD_EXPORT HeadlessTreeView : public TreeView {
 
   NodeCollection& Nodes() override;
   Node* SelectedItem() override;
+
+  // Tells `observer` of every later change (nullptr: no one). See
+  // control_observer.h.
+  void SetObserver(ControlObserver* observer);
 
   struct State;
 

@@ -1,0 +1,46 @@
+// The part every Qt adapter shares: a control's changes are collected and
+// published to the model and the widget once, at the next turn of the event
+// loop (or on Flush), so that a load of a million items costs one update.
+#ifndef VELD_QT_DEFERRED_MIRROR_H_
+#define VELD_QT_DEFERRED_MIRROR_H_
+
+#include <QMetaObject>
+#include <QObject>
+#include <cstdint>
+#include <utility>
+
+#include "veld/controls/control_observer.h"
+
+namespace veld::qt_internal {
+
+class DeferredMirror : public ControlObserver {
+ public:
+  void ControlChanged(int32_t changes) override {
+    ChangedNow(changes);
+    if (pending_ == 0) {
+      // The queued call is dropped if the context (the model) goes first.
+      QMetaObject::invokeMethod(
+          Context(), [this] { Flush(); }, Qt::QueuedConnection);
+    }
+    pending_ |= changes;
+  }
+
+  void Flush() {
+    const int32_t changes = std::exchange(pending_, 0);
+    if (changes != 0) Publish(changes);
+  }
+
+ protected:
+  // The object whose lifetime bounds the queued publication.
+  virtual QObject* Context() = 0;
+  // Told of each change at once, before it is published.
+  virtual void ChangedNow(int32_t) {}
+  virtual void Publish(int32_t changes) = 0;
+
+ private:
+  int32_t pending_ = 0;
+};
+
+}  // namespace veld::qt_internal
+
+#endif  // VELD_QT_DEFERRED_MIRROR_H_
