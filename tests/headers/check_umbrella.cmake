@@ -13,6 +13,8 @@ endif()
 # Globbed now, not at configure time, so a header added since is noticed.
 file(GLOB_RECURSE headers RELATIVE "${INCLUDE_DIR}" "${INCLUDE_DIR}/veld/*.h")
 list(REMOVE_ITEM headers "${umbrella}")
+# The Qt adapters are a library of their own (veld_qt), which needs Qt.
+list(FILTER headers EXCLUDE REGEX "^veld/qt/")
 
 file(STRINGS "${INCLUDE_DIR}/${umbrella}" include_lines
   REGEX "^[ \t]*#[ \t]*include[ \t]*[\"<]veld/[^\">]+[\">]")
