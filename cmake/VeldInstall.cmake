@@ -40,6 +40,22 @@ install(EXPORT VeldTargets
   DESTINATION "${VELD_INSTALL_CMAKEDIR}"
   COMPONENT development)
 
+# The Qt adapters (Veld::veld_qt) are exported on their own: they need Qt 6
+# Widgets, which the package config looks for only when they are installed,
+# and only quietly, so that users of Veld::veld alone need no Qt.
+if(TARGET veld_qt)
+  install(TARGETS veld_qt EXPORT VeldQtTargets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+      COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+  install(EXPORT VeldQtTargets
+    NAMESPACE Veld::
+    FILE VeldQtTargets.cmake
+    DESTINATION "${VELD_INSTALL_CMAKEDIR}"
+    COMPONENT development)
+endif()
+
 configure_package_config_file(
   "${PROJECT_SOURCE_DIR}/cmake/VeldCommonUtilityConfig.cmake.in"
   "${PROJECT_BINARY_DIR}/VeldCommonUtilityConfig.cmake"

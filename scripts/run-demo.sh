@@ -2,7 +2,9 @@
 # Sets up the machine, builds the veld tool in build/ and runs it: the
 # version, the library's self-check, then the tour of examples/ (options,
 # the registry in a temporary SQLite store, datasets, an export into an
-# SQLite file, an XSL report). Fails when any of it fails.
+# SQLite file, an XSL report), and, when Qt 6 is there, pictures of the
+# dataset viewer's three views in build/screenshots/. Fails when any of it
+# fails.
 #
 # Environment: VELD_BUILD_DIR (tree location), VELD_JOBS, VELD_SKIP_SETUP=1.
 set -euo pipefail
@@ -25,3 +27,16 @@ echo "\$ veld self-check"
 echo
 echo "\$ examples/tour.sh"
 "$VELD_ROOT/examples/tour.sh" "$veld"
+
+# The dataset viewer over the Qt adapters, when Qt 6 is there: pictures of
+# its three views, offscreen.
+if cmake --build "$VELD_BUILD_DIR" --target help | grep -q '^veld_viewer:'; then
+  cmake --build "$VELD_BUILD_DIR" -j "$VELD_JOBS" --target veld_viewer
+  echo
+  echo "\$ veld-viewer --screenshots $VELD_BUILD_DIR/screenshots"
+  XDG_RUNTIME_DIR=$(mktemp -d) QT_QPA_PLATFORM=offscreen \
+    "$VELD_BUILD_DIR/examples/qt/veld-viewer" --screenshots "$VELD_BUILD_DIR/screenshots" 2>/dev/null
+else
+  echo
+  echo "(Qt 6 Widgets not found: no dataset viewer pictures)"
+fi

@@ -111,6 +111,21 @@ env -u LD_LIBRARY_PATH "$consumer" >"$log" 2>&1 || fail "running the consumer"
 sed 's/^/  /' "$log"
 ok "find_package(VeldCommonUtility) consumer builds and runs"
 
+# 3b. The Qt adapters, when they were built and installed.
+if [[ -e "$cmakedir/VeldQtTargets.cmake" ]]; then
+  qt_build="$work/qt-consumer-build"
+  "$cmake_cmd" -S "$here/qt_consumer" -B "$qt_build" "${gen_args[@]}" \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER="$cxx" \
+    -DCMAKE_PREFIX_PATH="$prefix" >"$log" 2>&1 || fail "configuring the Qt consumer"
+  "$cmake_cmd" --build "$qt_build" >"$log" 2>&1 || fail "building the Qt consumer"
+  env -u LD_LIBRARY_PATH XDG_RUNTIME_DIR="$work" "$qt_build/veld_qt_consumer" >"$log" 2>&1 ||
+    fail "running the Qt consumer"
+  sed 's/^/  /' "$log"
+  ok "Veld::veld_qt consumer builds and runs"
+else
+  echo "note: veld_qt is not installed (no Qt 6 Widgets); skipped"
+fi
+
 # 4. pkg-config.
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 flags=$(pkg-config --cflags --libs veld 2>"$log") || fail "pkg-config --cflags --libs veld"
