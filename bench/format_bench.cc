@@ -14,31 +14,13 @@
 
 #include <benchmark/benchmark.h>
 
-#include "veld/platform/platform.h"
-#include "veld/platform/regional_settings.h"
 #include "veld/runtime/format.h"
+
+#include "american_settings.h"
 
 namespace {
 
 constexpr int kCount = 1000000;
-
-class AmericanPlatform : public veld::ForwardingPlatform {
- public:
-  std::shared_ptr<const veld::RegionalSettings> Regional() override { return settings_; }
-
- private:
-  std::shared_ptr<const veld::RegionalSettings> settings_ =
-      veld::RegionalSettingsForLocale("en-US");
-};
-
-AmericanPlatform& Platform() {
-  static AmericanPlatform* platform = [] {
-    auto* p = new AmericanPlatform();
-    veld::InstallPlatform(p);
-    return p;
-  }();
-  return *platform;
-}
 
 const std::vector<double>& Doubles() {
   static const std::vector<double> values = [] {
@@ -129,7 +111,7 @@ void BM_SnprintfGrouped(benchmark::State& state) {
 }
 
 void BM_FormatGroupedTwoDecimals(benchmark::State& state) {
-  Platform();
+  veld_bench::InstallAmerican();
   const auto& values = Doubles();
   for (auto _ : state) {
     size_t total = 0;
@@ -155,7 +137,7 @@ void BM_StrftimeDateTime(benchmark::State& state) {
 }
 
 void BM_FormatDateTimePattern(benchmark::State& state) {
-  Platform();
+  veld_bench::InstallAmerican();
   const auto& serials = Serials();
   for (auto _ : state) {
     size_t total = 0;
@@ -182,7 +164,7 @@ void BM_StrftimeShortDate(benchmark::State& state) {
 }
 
 void BM_FormatShortDate(benchmark::State& state) {
-  Platform();
+  veld_bench::InstallAmerican();
   const auto& serials = Serials();
   for (auto _ : state) {
     size_t total = 0;
@@ -208,7 +190,7 @@ void BM_SscanfIsoDate(benchmark::State& state) {
 }
 
 void BM_CDateIsoText(benchmark::State& state) {
-  Platform();
+  veld_bench::InstallAmerican();
   const auto& texts = IsoTexts();
   for (auto _ : state) {
     double total = 0;

@@ -11,28 +11,11 @@
 #include <memory>
 #include <string>
 
-#include "veld/platform/platform.h"
-#include "veld/platform/regional_settings.h"
+#include "american_settings.h"
 
 namespace {
 
-class AmericanPlatform : public veld::ForwardingPlatform {
- public:
-  std::shared_ptr<const veld::RegionalSettings> Regional() override { return settings_; }
-
- private:
-  std::shared_ptr<const veld::RegionalSettings> settings_ =
-      veld::RegionalSettingsForLocale("en-US");
-};
-
-void InstallAmerican() {
-  static AmericanPlatform* platform = [] {
-    auto* p = new AmericanPlatform();
-    veld::InstallPlatform(p);
-    return p;
-  }();
-  (void)platform;
-}
+using veld_bench::InstallAmerican;
 
 const char kSpec[] =
     "<cols><col name=\"Name\" field=\"name\" type=\"text\"/>"

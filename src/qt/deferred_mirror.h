@@ -41,6 +41,56 @@ class DeferredMirror : public ControlObserver {
   int32_t pending_ = 0;
 };
 
+// The mirror of one control in one widget: the model over the control, the
+// widget (the host's, or one of its own that it deletes), and the guard that
+// tells what the widget reports while it follows the control from what the
+// user does. `Model` has an `icons` member.
+template <class Model, class Widget>
+class WidgetMirror : public DeferredMirror {
+ public:
+  WidgetMirror(std::unique_ptr<Model> shown_model, Widget* shown)
+      : model(std::move(shown_model)), view(shown) {
+    if (view == nullptr) {
+      view = new Widget;
+      owned_view_ = view;
+    }
+  }
+
+  ~WidgetMirror() override {
+    if (owned_view_ != nullptr) delete owned_view_.data();
+  }
+
+  // Starts following `control`, which shows in full at the next publication.
+  template <class Control>
+  void Follow(Control& control) {
+    control.SetObserver(this);
+    ControlChanged(kStructure | kState);
+  }
+
+  void SetIcons(IconMap icons) {
+    model->icons = std::move(icons);
+    ControlChanged(kContent);
+  }
+
+  std::unique_ptr<Model> model;
+  QPointer<Widget> view;  // null once the widget is destroyed
+  bool applying = false;
+
+ protected:
+  QObject* Context() override { return model.get(); }
+
+  void Publish(int32_t changes) override {
+    applying = true;
+    Apply(changes);
+    applying = false;
+  }
+
+  virtual void Apply(int32_t changes) = 0;
+
+ private:
+  QPointer<Widget> owned_view_;
+};
+
 }  // namespace veld::qt_internal
 
 #endif  // VELD_QT_DEFERRED_MIRROR_H_

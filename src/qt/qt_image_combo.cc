@@ -90,13 +90,9 @@ class IndentingDelegate final : public QStyledItemDelegate {
 
 }  // namespace
 
-struct QtImageCombo::Mirror final : qt_internal::DeferredMirror {
+struct QtImageCombo::Mirror final : qt_internal::WidgetMirror<ComboModel, QComboBox> {
   Mirror(QtImageCombo& owner, QComboBox* shown)
-      : combo(owner), model(std::make_unique<ComboModel>(owner)), view(shown) {
-    if (view == nullptr) {
-      view = new QComboBox;
-      owned_view = view;
-    }
+      : WidgetMirror(std::make_unique<ComboModel>(owner), shown), combo(owner) {
     view->setEditable(true);
     view->setInsertPolicy(QComboBox::NoInsert);
     view->setModel(model.get());
@@ -107,20 +103,7 @@ struct QtImageCombo::Mirror final : qt_internal::DeferredMirror {
                      [this](const QString& text) { TextFromView(text); });
   }
 
-  ~Mirror() override {
-    if (owned_view != nullptr) delete owned_view.data();
-  }
-
-  QObject* Context() override { return model.get(); }
-
-  void Publish(int32_t changes) override {
-    // What the view reports while it follows the control is not the user's.
-    applying = true;
-    Apply(changes);
-    applying = false;
-  }
-
-  void Apply(int32_t changes) {
+  void Apply(int32_t changes) override {
     model->Publish(changes);
     if (view == nullptr) return;
     ComboItem* selected = combo.SelectedItem();
@@ -141,10 +124,6 @@ struct QtImageCombo::Mirror final : qt_internal::DeferredMirror {
   }
 
   QtImageCombo& combo;
-  std::unique_ptr<ComboModel> model;
-  QPointer<QComboBox> view;
-  QPointer<QComboBox> owned_view;
-  bool applying = false;
 };
 
 QtImageCombo::QtImageCombo(QComboBox* combo) : mirror_(std::make_unique<Mirror>(*this, combo)) {
@@ -157,10 +136,7 @@ QtImageCombo::~QtImageCombo() { SetObserver(nullptr); }
 QComboBox* QtImageCombo::View() const { return mirror_->view.data(); }
 QAbstractItemModel* QtImageCombo::Model() const { return mirror_->model.get(); }
 
-void QtImageCombo::SetIcons(IconMap icons) {
-  mirror_->model->icons = std::move(icons);
-  mirror_->ControlChanged(ControlObserver::kContent);
-}
+void QtImageCombo::SetIcons(IconMap icons) { mirror_->SetIcons(std::move(icons)); }
 
 void QtImageCombo::Sync() { mirror_->Flush(); }
 

@@ -113,13 +113,9 @@ class ListModel final : public QAbstractTableModel {
 
 }  // namespace
 
-struct QtListView::Mirror final : qt_internal::DeferredMirror {
+struct QtListView::Mirror final : qt_internal::WidgetMirror<ListModel, QTreeView> {
   Mirror(QtListView& owner, QTreeView* shown)
-      : list(owner), model(std::make_unique<ListModel>(owner)), view(shown) {
-    if (view == nullptr) {
-      view = new QTreeView;
-      owned_view = view;
-    }
+      : WidgetMirror(std::make_unique<ListModel>(owner), shown), list(owner) {
     view->setModel(model.get());
     view->setRootIsDecorated(false);
     view->setItemsExpandable(false);
@@ -137,20 +133,7 @@ struct QtListView::Mirror final : qt_internal::DeferredMirror {
                      [this](int section) { SortFromHeader(section); });
   }
 
-  ~Mirror() override {
-    if (owned_view != nullptr) delete owned_view.data();
-  }
-
-  QObject* Context() override { return model.get(); }
-
-  void Publish(int32_t changes) override {
-    // What the view reports while it follows the control is not the user's.
-    applying = true;
-    Apply(changes);
-    applying = false;
-  }
-
-  void Apply(int32_t changes) {
+  void Apply(int32_t changes) override {
     model->Publish(changes);
     if (view == nullptr) return;
     if ((changes & kStructure) != 0) ApplyColumns();
@@ -203,18 +186,13 @@ struct QtListView::Mirror final : qt_internal::DeferredMirror {
   }
 
   QtListView& list;
-  std::unique_ptr<ListModel> model;
-  QPointer<QTreeView> view;
-  QPointer<QTreeView> owned_view;
   KvoDataCtrlHelper* sorter = nullptr;
   bool sorting = false;
-  bool applying = false;
   const ListItem* shown_visible = nullptr;
 };
 
 QtListView::QtListView(QTreeView* view) : mirror_(std::make_unique<Mirror>(*this, view)) {
-  SetObserver(mirror_.get());
-  mirror_->ControlChanged(ControlObserver::kStructure | ControlObserver::kState);
+  mirror_->Follow(*this);
 }
 
 QtListView::~QtListView() { SetObserver(nullptr); }
@@ -222,10 +200,7 @@ QtListView::~QtListView() { SetObserver(nullptr); }
 QTreeView* QtListView::View() const { return mirror_->view.data(); }
 QAbstractItemModel* QtListView::Model() const { return mirror_->model.get(); }
 
-void QtListView::SetIcons(IconMap icons) {
-  mirror_->model->icons = std::move(icons);
-  mirror_->ControlChanged(ControlObserver::kContent);
-}
+void QtListView::SetIcons(IconMap icons) { mirror_->SetIcons(std::move(icons)); }
 
 void QtListView::SortOnHeaderClick(KvoDataCtrlHelper* helper) { mirror_->sorter = helper; }
 

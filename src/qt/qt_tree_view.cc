@@ -130,13 +130,9 @@ class TreeModel final : public QAbstractItemModel {
 
 }  // namespace
 
-struct QtTreeView::Mirror final : qt_internal::DeferredMirror {
+struct QtTreeView::Mirror final : qt_internal::WidgetMirror<TreeModel, QTreeView> {
   Mirror(QtTreeView& owner, QTreeView* shown)
-      : tree(owner), model(std::make_unique<TreeModel>(owner)), view(shown) {
-    if (view == nullptr) {
-      view = new QTreeView;
-      owned_view = view;
-    }
+      : WidgetMirror(std::make_unique<TreeModel>(owner), shown), tree(owner) {
     view->setModel(model.get());
     view->setHeaderHidden(true);
     view->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -148,26 +144,13 @@ struct QtTreeView::Mirror final : qt_internal::DeferredMirror {
                      [this](const QModelIndex& index) { ExpandFromView(index, false); });
   }
 
-  ~Mirror() override {
-    if (owned_view != nullptr) delete owned_view.data();
-  }
-
-  QObject* Context() override { return model.get(); }
-
   void ChangedNow(int32_t changes) override {
     if ((changes & kStructure) != 0) model->MarkStale();
   }
 
-  void Publish(int32_t changes) override {
-    // What the view reports while it follows the control is not the user's.
-    applying = true;
-    Apply(changes);
-    applying = false;
-  }
-
-  void Apply(int32_t changes) {
+  void Apply(int32_t changes) override {
     model->Publish(changes);
-    if (view == nullptr || (changes & (kStructure | kState | kContent)) == 0) return;
+    if (view == nullptr) return;
     // Expansion and selection are applied after the model; a selected
     // node's image may differ, so both also follow content changes.
     NodeCollection& nodes = tree.Nodes();
@@ -206,15 +189,10 @@ struct QtTreeView::Mirror final : qt_internal::DeferredMirror {
   }
 
   QtTreeView& tree;
-  std::unique_ptr<TreeModel> model;
-  QPointer<QTreeView> view;
-  QPointer<QTreeView> owned_view;
-  bool applying = false;
 };
 
 QtTreeView::QtTreeView(QTreeView* view) : mirror_(std::make_unique<Mirror>(*this, view)) {
-  SetObserver(mirror_.get());
-  mirror_->ControlChanged(ControlObserver::kStructure | ControlObserver::kState);
+  mirror_->Follow(*this);
 }
 
 QtTreeView::~QtTreeView() { SetObserver(nullptr); }
@@ -222,10 +200,7 @@ QtTreeView::~QtTreeView() { SetObserver(nullptr); }
 QTreeView* QtTreeView::View() const { return mirror_->view.data(); }
 QAbstractItemModel* QtTreeView::Model() const { return mirror_->model.get(); }
 
-void QtTreeView::SetIcons(IconMap icons) {
-  mirror_->model->icons = std::move(icons);
-  mirror_->ControlChanged(ControlObserver::kContent);
-}
+void QtTreeView::SetIcons(IconMap icons) { mirror_->SetIcons(std::move(icons)); }
 
 void QtTreeView::Sync() { mirror_->Flush(); }
 
