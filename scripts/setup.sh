@@ -27,6 +27,8 @@ packages=(
   g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix wine64
   # The Qt Widgets adapters of the controls, and the dataset viewer.
   qt6-base-dev
+  # The Python module and its tests (Debian's python3 and its pytest).
+  python3-dev pybind11-dev python3-pybind11 python3-pytest
 )
 
 if ! command -v dpkg-query >/dev/null 2>&1; then

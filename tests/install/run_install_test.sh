@@ -126,6 +126,18 @@ else
   echo "note: veld_qt is not installed (no Qt 6 Widgets); skipped"
 fi
 
+# 3c. The Python module, when it was built and installed.
+module=$(find "$prefix" -name 'veld.cpython-*.so' | head -n 1)
+if [[ -n "$module" ]]; then
+  env -u LD_LIBRARY_PATH PYTHONPATH="$(dirname "$module")" PYTHONDONTWRITEBYTECODE=1 \
+    /usr/bin/python3 -c 'import veld; print("veld module:", veld.Format(1234.5, "#,##0.00"))' \
+    >"$log" 2>&1 || fail "importing the installed Python module"
+  sed 's/^/  /' "$log"
+  ok "the installed Python module imports and runs (${module#"$prefix"/})"
+else
+  echo "note: the Python module is not installed; skipped"
+fi
+
 # 4. pkg-config.
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 flags=$(pkg-config --cflags --libs veld 2>"$log") || fail "pkg-config --cflags --libs veld"
