@@ -188,30 +188,12 @@ void BindHelper(py::module_& m) {
            py::arg("nColIndex") = 1, ReleaseGil())
       .def("ListView_SelectItemByIDString", &H::ListView_SelectItemByIDString,
            py::arg("cListViewCtrl"), py::arg("sIDString"), py::arg("bEnsureVisible") = true)
-      .def(
-          "ListView_GetSelectedItemIDString",
-          [](H& self, Control* list) {
-            std::string id;
-            const bool ok = self.ListView_GetSelectedItemIDString(list, id);
-            return py::make_tuple(ok, id);
-          },
-          py::arg("cListViewCtrl"))
-      .def(
-          "ListView_GetSelectedItemTag",
-          [](H& self, Control* list) {
-            std::string tag;
-            const bool ok = self.ListView_GetSelectedItemTag(list, tag);
-            return py::make_tuple(ok, tag);
-          },
-          py::arg("cListViewCtrl"))
-      .def(
-          "ListView_GetRowColumnData",
-          [](H& self, Control* list, int32_t row, int32_t col) {
-            std::string data;
-            const bool ok = self.ListView_GetRowColumnData(list, row, col, data);
-            return py::make_tuple(ok, data);
-          },
-          py::arg("cListViewCtrl"), py::arg("nRow"), py::arg("nCol"))
+      .def("ListView_GetSelectedItemIDString", WithOutput<H>(&H::ListView_GetSelectedItemIDString),
+           py::arg("cListViewCtrl"))
+      .def("ListView_GetSelectedItemTag", WithOutput<H>(&H::ListView_GetSelectedItemTag),
+           py::arg("cListViewCtrl"))
+      .def("ListView_GetRowColumnData", WithOutput<H>(&H::ListView_GetRowColumnData),
+           py::arg("cListViewCtrl"), py::arg("nRow"), py::arg("nCol"))
       .def("ListView_SetRowColumnData", &H::ListView_SetRowColumnData, py::arg("cListViewCtrl"),
            py::arg("nRow"), py::arg("nCol"), py::arg("sData") = kMissing,
            py::arg("nForeColor") = kMissing)
@@ -235,22 +217,10 @@ void BindHelper(py::module_& m) {
            py::arg("sTag"))
       .def("ImageCombo_SelectItemByIDString", &H::ImageCombo_SelectItemByIDString,
            py::arg("cImgComboCtrl"), py::arg("sIDString"))
-      .def(
-          "ImageCombo_GetSelectedItemIDString",
-          [](H& self, Control* combo) {
-            Variant id;
-            const bool ok = self.ImageCombo_GetSelectedItemIDString(combo, id);
-            return py::make_tuple(ok, id);
-          },
-          py::arg("cImgComboCtrl"))
-      .def(
-          "ImageCombo_GetSelectedItemTag",
-          [](H& self, Control* combo) {
-            Variant tag;
-            const bool ok = self.ImageCombo_GetSelectedItemTag(combo, tag);
-            return py::make_tuple(ok, tag);
-          },
-          py::arg("cImgComboCtrl"))
+      .def("ImageCombo_GetSelectedItemIDString",
+           WithOutput<H>(&H::ImageCombo_GetSelectedItemIDString), py::arg("cImgComboCtrl"))
+      .def("ImageCombo_GetSelectedItemTag", WithOutput<H>(&H::ImageCombo_GetSelectedItemTag),
+           py::arg("cImgComboCtrl"))
       .def(
           "ImageCombo_GetSelectedItemText",
           [](H& self, Control* combo) {
@@ -266,22 +236,10 @@ void BindHelper(py::module_& m) {
            py::arg("sFolderImg") = "", py::arg("sItemImg") = "",
            py::arg("vtSelectedItem") = kMissing, py::arg("sFilterFieldName") = "",
            py::arg("sFilterValue") = "", ReleaseGil())
-      .def(
-          "TreeView_GetSelectedItemIDString",
-          [](H& self, Control* tree) {
-            std::string id;
-            const bool ok = self.TreeView_GetSelectedItemIDString(tree, id);
-            return py::make_tuple(ok, id);
-          },
-          py::arg("cTreeViewCtrl"))
-      .def(
-          "TreeView_GetSelectedItemTag",
-          [](H& self, Control* tree) {
-            std::string tag;
-            const bool ok = self.TreeView_GetSelectedItemTag(tree, tag);
-            return py::make_tuple(ok, tag);
-          },
-          py::arg("cTreeViewCtrl"))
+      .def("TreeView_GetSelectedItemIDString", WithOutput<H>(&H::TreeView_GetSelectedItemIDString),
+           py::arg("cTreeViewCtrl"))
+      .def("TreeView_GetSelectedItemTag", WithOutput<H>(&H::TreeView_GetSelectedItemTag),
+           py::arg("cTreeViewCtrl"))
       .def("TreeView_SelectItemByIDString", &H::TreeView_SelectItemByIDString,
            py::arg("cTreeViewCtrl"), py::arg("sIDString"));
 }

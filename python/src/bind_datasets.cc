@@ -21,76 +21,27 @@ namespace {
 using veld::KvoDataset;
 using veld::KvoDatasetO;
 
-template <class T, class Member, class Params, size_t... I>
-auto WithTextOf(Member member, std::index_sequence<I...>, Params*) {
-  return [member](T& self, std::tuple_element_t<I, Params>... args) {
-    std::string text;
-    const bool ok = (self.*member)(args..., text);
-    return py::make_tuple(ok, text);
-  };
-}
-
-// Binds a member whose last argument is a string it sets: the result and
-// that string come back as a tuple.
-template <class T, class... Params>
-auto WithText(bool (T::*member)(Params...)) {
-  return WithTextOf<T>(member, std::make_index_sequence<sizeof...(Params) - 1>{},
-                       static_cast<std::tuple<Params...>*>(nullptr));
-}
-
 template <class T, class Class>
 void BindShared(Class& cls) {
   cls.def(py::init<>())
       .def("GetLastError", &T::GetLastError)
       .def("RaiseLastError", &T::RaiseLastError)
       .def("Reset", &T::Reset)
-      .def("Save",
-           [](T& self) {
-             std::string xml;
-             const bool ok = self.Save(xml);
-             return py::make_tuple(ok, xml);
-           })
+      .def("Save", WithOutput<T>(&T::Save))
       .def("SaveToFile", &T::SaveToFile, py::arg("sFile"), ReleaseGil())
       .def("ExistData", &T::ExistData, py::arg("sDataID"))
       .def("GetExactDataID", &T::GetExactDataID, py::arg("sCaseInSensitiveDataID"))
-      .def(
-          "GetData",
-          [](T& self, const std::string& id) {
-            std::string xml;
-            const bool ok = self.GetData(id, xml);
-            return py::make_tuple(ok, xml);
-          },
-          py::arg("sDataID"))
+      .def("GetData", WithOutput<T>(&T::GetData), py::arg("sDataID"))
       .def("DeleteData", &T::DeleteData, py::arg("sDataID"))
-      .def(
-          "GetDataID",
-          [](T& self, int32_t index) {
-            std::string id;
-            const bool ok = self.GetDataID(index, id);
-            return py::make_tuple(ok, id);
-          },
-          py::arg("nDataIndex"))
+      .def("GetDataID", WithOutput<T>(&T::GetDataID), py::arg("nDataIndex"))
       .def("GetDataCount", &T::GetDataCount)
-      .def(
-          "GetDataByIndex",
-          [](T& self, int32_t index) {
-            std::string xml;
-            const bool ok = self.GetDataByIndex(index, xml);
-            return py::make_tuple(ok, xml);
-          },
-          py::arg("nDataIndex"))
+      .def("GetDataByIndex", WithOutput<T>(&T::GetDataByIndex), py::arg("nDataIndex"))
       .def("DeleteDataByIndex", &T::DeleteDataByIndex, py::arg("nDataIndex"))
       .def("SetProgressUpdater", &T::SetProgressUpdater, py::arg("cUpdater"))
       .def("GetDataRowCount", &T::GetDataRowCount, py::arg("sDataID"))
       .def("GetDataRowCountByIndex", &T::GetDataRowCountByIndex, py::arg("nDataIndex"))
-      .def(
-          "GetDataRowArrayByKeyCol",
-          [](T& self, const std::string& data, const std::string& col, const std::string& value) {
-            std::vector<std::string> rows;
-            const int32_t count = self.GetDataRowArrayByKeyCol(data, col, value, rows);
-            return py::make_tuple(count, rows);
-          },
-          py::arg("sDataID"), py::arg("sKeyColName"), py::arg("sKeyColValue"))
+      .def("GetDataRowArrayByKeyCol", WithOutput<T>(&T::GetDataRowArrayByKeyCol),
+           py::arg("sDataID"), py::arg("sKeyColName"), py::arg("sKeyColValue"))
       .def("DeleteDataRowByKeyCol", &T::DeleteDataRowByKeyCol, py::arg("sDataID"),
            py::arg("sKeyColName"), py::arg("sKeyColValue"))
       .def("GetDataRowColItemsByKeyCol", &T::GetDataRowColItemsByKeyCol, py::arg("sDataID"),
@@ -120,34 +71,30 @@ void BindDatasetO(py::module_& m) {
            py::arg("sRowGUIDCol") = "")
       .def("UpdateDataByIndex", &KvoDatasetO::UpdateDataByIndex, py::arg("nDataIndex"),
            py::arg("sDataXml"), py::arg("sRowGUIDCol") = "")
-      .def("GetDataRow", WithText(&KvoDatasetO::GetDataRow), py::arg("sDataID"), py::arg("sRowID"))
+      .def("GetDataRow", WithOutput<KvoDatasetO>(&KvoDatasetO::GetDataRow), py::arg("sDataID"),
+           py::arg("sRowID"))
       .def("AddDataRow", &KvoDatasetO::AddDataRow, py::arg("sDataID"), py::arg("sRowID"),
            py::arg("sDataRowXml"), py::arg("sGUIDColName") = "")
       .def("DeleteDataRow", &KvoDatasetO::DeleteDataRow, py::arg("sDataID"), py::arg("sRowID"))
       .def("UpdateDataRow", &KvoDatasetO::UpdateDataRow, py::arg("sDataID"), py::arg("sRowID"),
            py::arg("sDataRowXml"))
-      .def("GetDataRowID", WithText(&KvoDatasetO::GetDataRowID), py::arg("sDataID"),
+      .def("GetDataRowID", WithOutput<KvoDatasetO>(&KvoDatasetO::GetDataRowID), py::arg("sDataID"),
            py::arg("nRowIndex"))
       .def("AddDataRowByIndex", &KvoDatasetO::AddDataRowByIndex, py::arg("nDataIndex"),
            py::arg("sRowID"), py::arg("sDataRowXml"), py::arg("sGUIDColName") = "")
-      .def("GetDataRowByIndex", WithText(&KvoDatasetO::GetDataRowByIndex), py::arg("sDataID"),
-           py::arg("nRowIndex"))
+      .def("GetDataRowByIndex", WithOutput<KvoDatasetO>(&KvoDatasetO::GetDataRowByIndex),
+           py::arg("sDataID"), py::arg("nRowIndex"))
       .def("DeleteDataRowByIndex", &KvoDatasetO::DeleteDataRowByIndex, py::arg("sDataID"),
            py::arg("nRowIndex"))
       .def("UpdateDataRowByIndex", &KvoDatasetO::UpdateDataRowByIndex, py::arg("sDataID"),
            py::arg("nRowIndex"), py::arg("sDataRowXml"))
-      .def("GetDataRowIDByKeyCol", WithText(&KvoDatasetO::GetDataRowIDByKeyCol), py::arg("sDataID"),
+      .def("GetDataRowIDByKeyCol", WithOutput<KvoDatasetO>(&KvoDatasetO::GetDataRowIDByKeyCol),
+           py::arg("sDataID"), py::arg("sKeyColName"), py::arg("sKeyColValue"))
+      .def("GetDataRowIDArrayByKeyCol",
+           WithOutput<KvoDatasetO>(&KvoDatasetO::GetDataRowIDArrayByKeyCol), py::arg("sDataID"),
            py::arg("sKeyColName"), py::arg("sKeyColValue"))
-      .def(
-          "GetDataRowIDArrayByKeyCol",
-          [](KvoDatasetO& self, S data, S col, S value) {
-            std::vector<std::string> ids;
-            const int32_t count = self.GetDataRowIDArrayByKeyCol(data, col, value, ids);
-            return py::make_tuple(count, ids);
-          },
-          py::arg("sDataID"), py::arg("sKeyColName"), py::arg("sKeyColValue"))
-      .def("GetDataRowByKeyCol", WithText(&KvoDatasetO::GetDataRowByKeyCol), py::arg("sDataID"),
-           py::arg("sKeyColName"), py::arg("sKeyColValue"))
+      .def("GetDataRowByKeyCol", WithOutput<KvoDatasetO>(&KvoDatasetO::GetDataRowByKeyCol),
+           py::arg("sDataID"), py::arg("sKeyColName"), py::arg("sKeyColValue"))
       .def("DeleteDataRowArrayByKeyCol", &KvoDatasetO::DeleteDataRowArrayByKeyCol,
            py::arg("sDataID"), py::arg("sKeyColName"), py::arg("sKeyColValue"))
       .def("UpdateDataRowByKeyCol", &KvoDatasetO::UpdateDataRowByKeyCol, py::arg("sDataID"),
@@ -170,7 +117,8 @@ void BindDataset(py::module_& m) {
       .def("UpdateData", &KvoDataset::UpdateData, py::arg("sDataID"), py::arg("sDataXml"))
       .def("UpdateDataByIndex", &KvoDataset::UpdateDataByIndex, py::arg("nDataIndex"),
            py::arg("sDataXml"))
-      .def("GetDataRow", WithText(&KvoDataset::GetDataRow), py::arg("sDataID"), py::arg("nIndex"))
+      .def("GetDataRow", WithOutput<KvoDataset>(&KvoDataset::GetDataRow), py::arg("sDataID"),
+           py::arg("nIndex"))
       .def("AddDataRow", &KvoDataset::AddDataRow, py::arg("sDataID"), py::arg("sDataRowXml"))
       .def("InsertDataRow", &KvoDataset::InsertDataRow, py::arg("sDataID"), py::arg("sDataRowXml"),
            py::arg("nIndex"))

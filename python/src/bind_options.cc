@@ -53,22 +53,10 @@ void BindRegistry(py::module_& m) {
       .def("RaiseLastError", &KvoRegistry::RaiseLastError)
       .def("CreateKey", &KvoRegistry::CreateKey, py::arg("sFullKeyName"))
       .def("DeleteKey", &KvoRegistry::DeleteKey, py::arg("sFullKeyName"))
-      .def(
-          "GetStringValue",
-          [](KvoRegistry& self, const std::string& key, const std::string& name) {
-            std::string value;
-            const int32_t result = self.GetStringValue(key, name, value);
-            return py::make_tuple(result, value);
-          },
-          py::arg("sFullKeyName"), py::arg("sValueName"))
-      .def(
-          "GetDWORDValue",
-          [](KvoRegistry& self, const std::string& key, const std::string& name) {
-            int32_t value = 0;
-            const int32_t result = self.GetDWORDValue(key, name, value);
-            return py::make_tuple(result, value);
-          },
-          py::arg("sFullKeyName"), py::arg("sValueName"))
+      .def("GetStringValue", WithOutput<KvoRegistry>(&KvoRegistry::GetStringValue),
+           py::arg("sFullKeyName"), py::arg("sValueName"))
+      .def("GetDWORDValue", WithOutput<KvoRegistry>(&KvoRegistry::GetDWORDValue),
+           py::arg("sFullKeyName"), py::arg("sValueName"))
       .def(
           "GetBinaryValue",
           [](KvoRegistry& self, const std::string& key, const std::string& name) {

@@ -69,33 +69,15 @@ void BindXmlHelper(py::module_& m) {
       .def("Reset", &KvoXmlHelper::Reset)
       .def("LoadXml", &KvoXmlHelper::LoadXml, py::arg("sDataXml"))
       .def("LoadFile", &KvoXmlHelper::LoadFile, py::arg("sXmlFile"), ReleaseGil())
-      .def(
-          "TransformDataToXmlDomDoc",
-          [](KvoXmlHelper& self, const std::string& xsl) {
-            veld::XmlDocument target;
-            const bool ok = self.TransformDataToXmlDomDoc(xsl, target);
-            return py::make_tuple(ok, target);
-          },
-          py::arg("sXslFile"))
-      .def(
-          "TransformDataToXml",
-          [](KvoXmlHelper& self, const std::string& xsl) {
-            std::string xml;
-            const bool ok = self.TransformDataToXml(xsl, xml);
-            return py::make_tuple(ok, xml);
-          },
-          py::arg("sXslFile"))
+      .def("TransformDataToXmlDomDoc",
+           WithOutput<KvoXmlHelper>(&KvoXmlHelper::TransformDataToXmlDomDoc), py::arg("sXslFile"))
+      .def("TransformDataToXml", WithOutput<KvoXmlHelper>(&KvoXmlHelper::TransformDataToXml),
+           py::arg("sXslFile"))
       .def("TransformData", &KvoXmlHelper::TransformData, py::arg("sXslFile"))
       .def("TransformDataToXmlFile", &KvoXmlHelper::TransformDataToXmlFile, py::arg("sXslFile"),
            py::arg("sTargetXmlFile"))
-      .def(
-          "GetXmlByXPath",
-          [](KvoXmlHelper& self, const std::string& xpath) {
-            std::string xml;
-            const bool ok = self.GetXmlByXPath(xpath, xml);
-            return py::make_tuple(ok, xml);
-          },
-          py::arg("sXPath"))
+      .def("GetXmlByXPath", WithOutput<KvoXmlHelper>(&KvoXmlHelper::GetXmlByXPath),
+           py::arg("sXPath"))
       .def("GetElemAttribute", &KvoXmlHelper::GetElemAttribute, py::arg("sElemXPath"))
       .def("RemoveNodes", &KvoXmlHelper::RemoveNodes, py::arg("sXPath"));
 }
