@@ -6,10 +6,13 @@
 
 #include <QMetaObject>
 #include <QObject>
+#include <QPointer>
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 #include "veld/controls/control_observer.h"
+#include "veld/qt/icon_map.h"
 
 namespace veld::qt_internal {
 

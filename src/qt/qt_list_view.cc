@@ -8,10 +8,9 @@
 #include <QPointer>
 #include <QTreeView>
 
+#include "qt/deferred_mirror.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
 #include "veld/platform/platform.h"
-
-#include "qt/deferred_mirror.h"
 
 namespace veld {
 
