@@ -4,23 +4,18 @@
 #include <memory>
 
 #include <benchmark/benchmark.h>
-#include <libxml/parser.h>
 
 #include "veld/controls/headless_image_combo.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
 
 #include "hierarchy_data.h"
+#include "raw_parse.h"
 
 namespace {
 
 void BM_RawLibxml2ParseOfTheCombo(benchmark::State& state) {
   const std::string& text = veld_bench::CachedHierarchyXml(state.range(0));
-  for (auto _ : state) {
-    xmlDocPtr doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
-                                  XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
-    benchmark::DoNotOptimize(doc);
-    xmlFreeDoc(doc);
-  }
+  veld_bench::RawLibxml2ParseLoop(state, text);
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 

@@ -5,7 +5,6 @@
 // Each item is <option name="itemNNNNNNN" value="value N" type="int"/>, under
 // a root with two attributes. Run bench/compare.py on the binary to see each
 // figure next to its baseline.
-#include <libxml/parser.h>
 
 #include <cstdint>
 #include <string>
@@ -13,6 +12,8 @@
 #include <benchmark/benchmark.h>
 
 #include "veld/items/kvo_general_items.h"
+
+#include "raw_parse.h"
 
 namespace {
 
@@ -43,12 +44,7 @@ void SetCounters(benchmark::State& state, const std::string& text) {
 
 void BM_RawLibxml2Parse(benchmark::State& state) {
   const std::string& text = CachedText(state.range(0));
-  for (auto _ : state) {
-    xmlDocPtr doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
-                                  XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
-    benchmark::DoNotOptimize(doc);
-    xmlFreeDoc(doc);
-  }
+  veld_bench::RawLibxml2ParseLoop(state, text);
   SetCounters(state, text);
 }
 

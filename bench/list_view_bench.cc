@@ -16,7 +16,6 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <libxml/parser.h>
 #include <unicode/ucol.h>
 #include <unicode/ustring.h>
 
@@ -26,6 +25,7 @@
 #include "veld/platform/regional_settings.h"
 
 #include "list_view_data.h"
+#include "raw_parse.h"
 
 namespace {
 
@@ -52,12 +52,7 @@ Filled& FilledList(int64_t count) {
 
 void BM_RawLibxml2ParseOfTheList(benchmark::State& state) {
   const std::string& text = Cached(state.range(0));
-  for (auto _ : state) {
-    xmlDocPtr doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
-                                  XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
-    benchmark::DoNotOptimize(doc);
-    xmlFreeDoc(doc);
-  }
+  veld_bench::RawLibxml2ParseLoop(state, text);
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 

@@ -8,12 +8,12 @@
 #include <string>
 
 #include <benchmark/benchmark.h>
-#include <libxml/parser.h>
 
 #include "veld/controls/headless_tree_view.h"
 #include "veld/controls/kvo_data_ctrl_helper.h"
 
 #include "hierarchy_data.h"
+#include "raw_parse.h"
 
 namespace {
 
@@ -23,12 +23,7 @@ void Counters(benchmark::State& state) {
 
 void BM_RawLibxml2ParseOfTheTree(benchmark::State& state) {
   const std::string& text = veld_bench::CachedHierarchyXml(state.range(0));
-  for (auto _ : state) {
-    xmlDocPtr doc = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
-                                  XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
-    benchmark::DoNotOptimize(doc);
-    xmlFreeDoc(doc);
-  }
+  veld_bench::RawLibxml2ParseLoop(state, text);
   Counters(state);
 }
 
