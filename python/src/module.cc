@@ -16,6 +16,11 @@ py::object& DateTimeClass() {
   return *cls;
 }
 
+py::object& TimeDeltaClass() {
+  static py::object* cls = new py::object(py::module_::import("datetime").attr("timedelta"));
+  return *cls;
+}
+
 py::object& Epoch() {  // 1899-12-30, day 0 of the classic serial
   static py::object* epoch = new py::object(DateTimeClass()(1899, 12, 30));
   return *epoch;
@@ -40,9 +45,8 @@ py::object DateTimeFromSerial(double serial) {
   // day, also before the epoch (-1.25 is 1899-12-29 06:00).
   const double days = std::trunc(serial);
   const auto seconds = static_cast<long long>(std::llround(std::fabs(serial - days) * 86400.0));
-  py::object timedelta = py::module_::import("datetime").attr("timedelta");
-  return Epoch() +
-         timedelta(py::arg("days") = static_cast<long long>(days), py::arg("seconds") = seconds);
+  return Epoch() + TimeDeltaClass()(py::arg("days") = static_cast<long long>(days),
+                                    py::arg("seconds") = seconds);
 }
 
 double SerialFromDateTime(py::handle value) {

@@ -150,9 +150,10 @@ struct QtTreeView::Mirror final : qt_internal::WidgetMirror<TreeModel, QTreeView
 
   void Apply(int32_t changes) override {
     model->Publish(changes);
-    if (view == nullptr) return;
-    // Expansion and selection are applied after the model; a selected
-    // node's image may differ, so both also follow content changes.
+    // Expansion and selection are applied after the model. A content change
+    // keeps both in the view, so only structure and state changes walk the
+    // nodes.
+    if (view == nullptr || (changes & (kStructure | kState)) == 0) return;
     NodeCollection& nodes = tree.Nodes();
     for (int32_t id = 1; id <= nodes.Count(); ++id) {
       Node& node = nodes.Item(Variant(id));
