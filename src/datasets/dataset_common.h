@@ -110,7 +110,12 @@ bool LoadDatasetWith(DatasetStore& store, KvoProgressUpdater* updater, const std
                      AddText add_text) {
   TakenSource taken = TakeSource(store, source, is_file, data_xpath, reset);
   ProgressSteps progress(updater, updater != nullptr ? CountRows(taken.nodes) : 0, "Reading rows");
+  // Each data element advances the progress by one per data row, then by
+  // its other rows, whichever way it is added: the reports depend on the
+  // document alone.
   for (xmlNodePtr node : taken.nodes) {
+    const int64_t all_rows = updater != nullptr ? CountRows({node}) : 0;
+    const int64_t before = progress.current();
     InPlace outcome = InPlace::kNotTaken;
     if (!taken.nested && node->type == XML_ELEMENT_NODE) {
       // A plain source needs no look through its data elements.
@@ -119,10 +124,17 @@ bool LoadDatasetWith(DatasetStore& store, KvoProgressUpdater* updater, const std
     }
     if (outcome == InPlace::kFailed) return false;
     if (outcome == InPlace::kNotTaken) {
-      const int64_t rows = updater != nullptr ? CountRows({node}) : 0;
+      int64_t data_rows = 0;
+      if (updater != nullptr && node->type == XML_ELEMENT_NODE) {
+        std::vector<xmlNodePtr> rows;
+        bool nested = false;
+        CollectMarkedRowsOf(node, rows, nested);
+        data_rows = static_cast<int64_t>(rows.size());
+      }
       if (!add_text(NodeText(node))) return false;
-      progress.Advance(rows);
+      for (int64_t i = 0; i < data_rows; ++i) progress.Advance(1);
     }
+    progress.Advance(all_rows - (progress.current() - before));
   }
   progress.Finish();
   return true;

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "datasets/dataset_common.h"
+#include "datasets/dataset_file_export.h"
 #include "datasets/dataset_store.h"
 #include "items/items_element.h"
 #include "veld/datasets/kvo_dataset.h"
@@ -17,15 +18,6 @@ namespace veld {
 namespace {
 
 namespace di = datasets_internal;
-
-// Reads a fetched row's text into cols; a row that does not parse fails the
-// export with the parser's message.
-void ParseRow(const std::string& row_xml, RowCols& cols) {
-  KvoGeneralItems items;
-  std::string message;
-  if (!items.Parse(row_xml, false, "", &message)) RaiseError(errnum::kCheckFailed, message);
-  cols.Assign(items);
-}
 
 // Passes the export's progress to the attached notifier, if any.
 ExportProgress TellTo(const std::shared_ptr<KvoProgressUpdater>& updater) {
@@ -49,15 +41,50 @@ bool ExportData(const TableExportRequest& request, const CountRows& count_rows,
       [&](int32_t index, RowCols& cols) {
         if (xmlNodePtr row = find_row(index)) {
           if (!items_internal::ReadPlainNamesAndValues(row, cols.names, cols.values)) {
-            ParseRow(di::NodeText(row), cols);
+            di::ParseRowCols(di::NodeText(row), cols);
           }
           return true;
         }
         if (!fetch_text(index, row_xml)) return false;
-        ParseRow(row_xml, cols);
+        di::ParseRowCols(row_xml, cols);
         return true;
       },
       TellTo(updater));
+}
+
+// The streamed export of a file; false with `needs_document` set when the
+// file must be loaded whole instead.
+bool ExportFile(const di::FileExportRequest& request, bool* pbDataFound, bool& needs_document) {
+  if (pbDataFound != nullptr) *pbDataFound = false;
+  switch (di::ExportDatasetFile(request)) {
+    case di::FileExportOutcome::kExported:
+      if (pbDataFound != nullptr) *pbDataFound = true;
+      return true;
+    case di::FileExportOutcome::kDataMissing:
+      di::Check(di::kDataIdNotFound);
+    case di::FileExportOutcome::kNeedsDocument:
+      break;
+  }
+  needs_document = true;
+  return false;
+}
+
+// ParseFile then SaveDataToMDBTable on a dataset of the class, for the
+// files the stream does not take. Raises the failure either records.
+template <class Dataset, class ParseFile>
+bool ExportLoaded(Dataset& loaded, ParseFile parse, const std::string& sDataID,
+                  const std::string& sMDBFile, const std::string& sTableName,
+                  const std::string& sUID, const std::string& sPWD, bool bClearFirst,
+                  bool* pbDataFound) {
+  if (!parse()) loaded.RaiseLastError();
+  if (pbDataFound != nullptr) {
+    *pbDataFound = loaded.ExistData(sDataID);
+    if (!*pbDataFound) di::Check(di::kDataIdNotFound);
+  }
+  if (!loaded.SaveDataToMDBTable(sDataID, sMDBFile, sTableName, sUID, sPWD, bClearFirst)) {
+    loaded.RaiseLastError();
+  }
+  return true;
 }
 
 }  // namespace
@@ -93,6 +120,62 @@ bool KvoDataset::SaveDataToMDBTable(const std::string& sDataID, const std::strin
         [&] { return GetDataRowCount(sDataID); }, progress_,
         [&](int32_t index) { return store_->IndexedRowAt(sDataID, index); },
         [&](int32_t index, std::string& row_xml) { return GetDataRow(sDataID, index, row_xml); });
+  });
+  return result;
+}
+
+}  // namespace veld
+
+namespace veld {
+
+bool KvoDatasetO::ExportFileToMDBTable(const std::string& sDatasetFile, const std::string& sDataID,
+                                       const std::string& sMDBFile, const std::string& sTableName,
+                                       const std::string& sUID, const std::string& sPWD,
+                                       bool bClearFirst, const std::string& sDataXPath,
+                                       bool* pbDataFound) {
+  bool result = false;
+  Recorded([&] {
+    Reset();
+    bool needs_document = false;
+    result = ExportFile({sDatasetFile,
+                         sDataXPath,
+                         {sDataID, sMDBFile, sTableName, sUID, sPWD, bClearFirst},
+                         di::HeldRow::kCols,
+                         progress_.get(),
+                         pbDataFound != nullptr},
+                        pbDataFound, needs_document);
+    if (!needs_document) return;
+    KvoDatasetO loaded;
+    loaded.SetProgressUpdater(progress_);
+    result = ExportLoaded(
+        loaded, [&] { return loaded.ParseFile(sDatasetFile, "", sDataXPath); }, sDataID, sMDBFile,
+        sTableName, sUID, sPWD, bClearFirst, pbDataFound);
+  });
+  return result;
+}
+
+bool KvoDataset::ExportFileToMDBTable(const std::string& sDatasetFile, const std::string& sDataID,
+                                      const std::string& sMDBFile, const std::string& sTableName,
+                                      const std::string& sUID, const std::string& sPWD,
+                                      bool bClearFirst, const std::string& sDataXPath,
+                                      bool* pbDataFound) {
+  bool result = false;
+  Recorded([&] {
+    Reset();
+    bool needs_document = false;
+    result = ExportFile({sDatasetFile,
+                         sDataXPath,
+                         {sDataID, sMDBFile, sTableName, sUID, sPWD, bClearFirst},
+                         di::HeldRow::kWhole,
+                         progress_.get(),
+                         pbDataFound != nullptr},
+                        pbDataFound, needs_document);
+    if (!needs_document) return;
+    KvoDataset loaded;
+    loaded.SetProgressUpdater(progress_);
+    result = ExportLoaded(
+        loaded, [&] { return loaded.ParseFile(sDatasetFile, sDataXPath); }, sDataID, sMDBFile,
+        sTableName, sUID, sPWD, bClearFirst, pbDataFound);
   });
   return result;
 }

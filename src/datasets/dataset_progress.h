@@ -25,12 +25,15 @@ class ProgressSteps {
 
   // `done` more units are done; tells the updater when a step is crossed.
   void Advance(int64_t done) {
-    if (updater_ == nullptr) return;
+    if (updater_ == nullptr || done <= 0) return;
     current_ += done;
     if (current_ < next_ && current_ < total_) return;
     next_ = (current_ / step_ + 1) * step_;
     Tell(current_ < total_ ? current_ : total_);
   }
+
+  // The units done so far (counted only when there is an updater).
+  int64_t current() const { return current_; }
 
   // Tells the end, unless the last notification already did.
   void Finish() {

@@ -30,6 +30,12 @@ bool ParseElement(KvoGeneralItems& items, const XmlNode& root, bool bNameAsKey,
 bool ReadPlainNamesAndValues(const xmlNode* root, std::vector<std::string>& names,
                              std::vector<std::string>& values);
 
+// The same for a copy of `row` that holds only its "col" children (no
+// namespace), as a dataset row keeps them: `row` itself and its other
+// children are not looked at. False when a col is not plain.
+bool ReadPlainColsOf(const xmlNode* row, std::vector<std::string>& names,
+                     std::vector<std::string>& values);
+
 }  // namespace veld::items_internal
 
 #endif  // VELD_ITEMS_ITEMS_ELEMENT_H_

@@ -367,6 +367,34 @@ bool IsNonEmpty(const xmlAttr* attr) {
   return false;
 }
 
+// Checks that `child`, an element child of the item root, reads the same in
+// place, and reads its item when it has the item tag and a name. False when
+// it is not plain.
+bool ReadPlainItem(const xmlNode* child, const xmlChar* tag, size_t& count,
+                   std::vector<std::string>& names, std::vector<std::string>& values) {
+  if (child->ns != nullptr || child->nsDef != nullptr) return false;
+  const xmlAttr* name = nullptr;
+  const xmlAttr* value = nullptr;
+  for (const xmlAttr* attr = child->properties; attr != nullptr; attr = attr->next) {
+    if (!IsPlainAttribute(attr)) return false;
+    if (name == nullptr && xmlStrEqual(attr->name, BAD_CAST "name")) {
+      name = attr;
+    } else if (value == nullptr && xmlStrEqual(attr->name, BAD_CAST "value")) {
+      value = attr;
+    }
+  }
+  if (!IsPlainContent(child->children)) return false;
+  if (tag == nullptr || !xmlStrEqual(child->name, tag) || !IsNonEmpty(name)) return true;
+  if (count == names.size()) {
+    names.emplace_back();
+    values.emplace_back();
+  }
+  AssignAttributeOrText(names[count], child, name);
+  AssignAttributeOrText(values[count], child, value);
+  ++count;
+  return true;
+}
+
 }  // namespace
 
 bool ReadPlainNamesAndValues(const xmlNode* root, std::vector<std::string>& names,
@@ -387,34 +415,29 @@ bool ReadPlainNamesAndValues(const xmlNode* root, std::vector<std::string>& name
     if (!IsNcName(reinterpret_cast<const char*>(first->name))) return false;
     tag = first->name;
   }
-  // One pass over the children both checks that they are plain and reads
-  // the items, so that each node is fetched from memory once.
   size_t count = 0;
   for (const xmlNode* child = first; child != nullptr; child = child->next) {
     if (child->type != XML_ELEMENT_NODE) {
       if (!IsPlainNode(child)) return false;
       continue;
     }
-    if (child->ns != nullptr || child->nsDef != nullptr) return false;
-    const xmlAttr* name = nullptr;
-    const xmlAttr* value = nullptr;
-    for (const xmlAttr* attr = child->properties; attr != nullptr; attr = attr->next) {
-      if (!IsPlainAttribute(attr)) return false;
-      if (name == nullptr && xmlStrEqual(attr->name, BAD_CAST "name")) {
-        name = attr;
-      } else if (value == nullptr && xmlStrEqual(attr->name, BAD_CAST "value")) {
-        value = attr;
-      }
+    if (!ReadPlainItem(child, tag, count, names, values)) return false;
+  }
+  names.resize(count);
+  values.resize(count);
+  return true;
+}
+
+bool ReadPlainColsOf(const xmlNode* row, std::vector<std::string>& names,
+                     std::vector<std::string>& values) {
+  // The copy holds only the cols, so its item tag is "col" when it has any.
+  size_t count = 0;
+  for (const xmlNode* child = row->children; child != nullptr; child = child->next) {
+    if (child->type != XML_ELEMENT_NODE || child->ns != nullptr ||
+        !xmlStrEqual(child->name, BAD_CAST "col")) {
+      continue;
     }
-    if (!IsPlainContent(child->children)) return false;
-    if (tag == nullptr || !xmlStrEqual(child->name, tag) || !IsNonEmpty(name)) continue;
-    if (count == names.size()) {
-      names.emplace_back();
-      values.emplace_back();
-    }
-    AssignAttributeOrText(names[count], child, name);
-    AssignAttributeOrText(values[count], child, value);
-    ++count;
+    if (!ReadPlainItem(child, child->name, count, names, values)) return false;
   }
   names.resize(count);
   values.resize(count);

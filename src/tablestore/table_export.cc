@@ -25,10 +25,12 @@ void CheckBracketedName(const std::string& table) {
   }
 }
 
+}  // namespace
+
 // Writes rows as records: each field is set from the first col whose name
 // equals the field's ignoring case (GetItemValueByName(field name, "")) when
 // that col's value is not empty.
-class RowWriter {
+class TableExport::RowWriter {
  public:
   explicit RowWriter(TableCursor& cursor) : cursor_(cursor) {
     fields_.reserve(static_cast<size_t>(cursor.FieldCount()));
@@ -69,8 +71,6 @@ class RowWriter {
   bool matched_ = false;
 };
 
-}  // namespace
-
 std::string ExportConnectionString(const std::string& sMDBFile, const std::string& sUID,
                                    const std::string& sPWD) {
   // Each value is quoted where it holds what the grammar reads (";", a
@@ -92,23 +92,46 @@ void RowCols::Assign(const KvoGeneralItems& items) {
   }
 }
 
-bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count_rows,
-                       const FetchRowCols& fetch_row, const ExportProgress& progress) {
+TableExport::TableExport(const TableExportRequest& request) {
   if (Trim(request.sDataID).empty() || Trim(request.sMDBFile).empty() ||
       Trim(request.sTableName).empty()) {
     RaiseError(errnum::kCheckFailed, "Invalid parameter.");
   }
-  std::unique_ptr<TableStore> store =
-      OpenTableStore(ExportConnectionString(request.sMDBFile, request.sUID, request.sPWD));
-  store->BeginTrans();
+  store_ = OpenTableStore(ExportConnectionString(request.sMDBFile, request.sUID, request.sPWD));
+  store_->BeginTrans();
   if (request.bClearFirst) {
     CheckBracketedName(request.sTableName);
-    store->DeleteAllRecords(request.sTableName);
+    store_->DeleteAllRecords(request.sTableName);
   }
   CheckBracketedName(request.sTableName);
-  std::unique_ptr<TableCursor> cursor = store->OpenTable(request.sTableName);
+  cursor_ = store_->OpenTable(request.sTableName);
+  writer_ = std::make_unique<RowWriter>(*cursor_);
+}
 
-  RowWriter writer(*cursor);
+TableExport::~TableExport() {
+  // The cursor goes before its store; a store destroyed inside a
+  // transaction rolls it back.
+  writer_.reset();
+  cursor_.reset();
+}
+
+void TableExport::Write(const RowCols& cols) { writer_->Write(cols); }
+
+void TableExport::Commit() {
+  writer_.reset();
+  cursor_.reset();
+  store_->CommitTrans();
+}
+
+void TableExport::Rollback() {
+  writer_.reset();
+  cursor_.reset();
+  store_->RollbackTrans();
+}
+
+bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count_rows,
+                       const FetchRowCols& fetch_row, const ExportProgress& progress) {
+  TableExport table(request);
   const int32_t row_count = std::max<int32_t>(0, count_rows());
   const int32_t step = std::max<int32_t>(1, row_count / 200);
   // Rows are read a batch at a time and then written: reading many rows on
@@ -134,10 +157,10 @@ bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count
       if (!fetched || raised) break;
       ++read;
     }
-    for (int32_t k = 0; k < read; ++k) writer.Write(batch[static_cast<size_t>(k)]);
+    for (int32_t k = 0; k < read; ++k) table.Write(batch[static_cast<size_t>(k)]);
     if (raised) std::rethrow_exception(raised);
     if (!fetched) {
-      store->RollbackTrans();
+      table.Rollback();
       return false;
     }
     if (progress && (last % step == 0 || last == row_count)) {
@@ -145,8 +168,7 @@ bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count
     }
     first = last + 1;
   }
-  cursor.reset();
-  store->CommitTrans();
+  table.Commit();
   return true;
 }
 

@@ -18,10 +18,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "veld/items/kvo_general_items.h"
+#include "veld/tablestore/table_store.h"
 
 namespace veld {
 
@@ -63,6 +65,28 @@ std::string ExportConnectionString(const std::string& sMDBFile, const std::strin
 
 // The number of rows to export, asked once the table is open.
 using CountRows = std::function<int32_t()>;
+
+// One export fed a row at a time, for callers that cannot fetch rows by
+// position. The constructor does steps 1 to 5 and raises as they do; Write
+// is step 6 for one row; Commit is step 7. Destroying an export that was not
+// committed rolls it back.
+class TableExport {
+ public:
+  explicit TableExport(const TableExportRequest& request);
+  TableExport(const TableExport&) = delete;
+  TableExport& operator=(const TableExport&) = delete;
+  ~TableExport();
+
+  void Write(const RowCols& cols);
+  void Commit();
+  void Rollback();
+
+ private:
+  class RowWriter;
+  std::unique_ptr<TableStore> store_;
+  std::unique_ptr<TableCursor> cursor_;
+  std::unique_ptr<RowWriter> writer_;
+};
 
 // Runs the export. True when every row was written and committed.
 bool ExportRowsToTable(const TableExportRequest& request, const CountRows& count_rows,

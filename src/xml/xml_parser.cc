@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <climits>
+#include <exception>
 #include <new>
+#include <stdexcept>
 #include <vector>
 
 #include <libxml/SAX2.h>
@@ -56,7 +58,24 @@ void CDataSection(void* ctx, const xmlChar* value, int length) {
 struct ParseState {
   ErrorCollector* errors;
   ParseFacts facts;
+  // Set when the document is streamed to a listener instead of kept.
+  ParseListener* listener = nullptr;
+  // What the listener threw; the parse stops and it is thrown again.
+  std::exception_ptr thrown;
 };
+
+// Calls the listener, turning what it throws into a stopped parse: an
+// exception must not unwind through libxml2's C frames.
+template <class Call>
+void Tell(xmlParserCtxtPtr ctxt, ParseState& state, Call call) {
+  if (state.thrown) return;
+  try {
+    call(*state.listener);
+  } catch (...) {
+    state.thrown = std::current_exception();
+    xmlStopParser(ctxt);
+  }
+}
 
 void CollectParserError(void* user_data, xmlErrorPtr error) {
   auto* ctxt = static_cast<xmlParserCtxtPtr>(user_data);
@@ -83,8 +102,26 @@ void StartElementNs(void* ctx, const xmlChar* localname, const xmlChar* prefix, 
       }
     }
   }
+  ParseState& state = *static_cast<ParseState*>(ctxt->_private);
+  const int depth = ctxt->nodeNr;
   xmlSAX2StartElementNs(ctx, localname, prefix, uri, nb_namespaces, namespaces, nb_attributes,
                         nb_defaulted, attributes);
+  if (state.listener != nullptr && ctxt->nodeNr == depth + 1) {
+    xmlNodePtr element = ctxt->node;
+    if (depth == 0) MarkUtf8(ctxt->myDoc);
+    Tell(ctxt, state, [element](ParseListener& listener) { listener.ElementStarted(element); });
+  }
+}
+
+// libxml2's own end handler, then the listener's.
+void EndElementNs(void* ctx, const xmlChar* localname, const xmlChar* prefix, const xmlChar* uri) {
+  auto* ctxt = static_cast<xmlParserCtxtPtr>(ctx);
+  ParseState& state = *static_cast<ParseState*>(ctxt->_private);
+  xmlNodePtr element = ctxt->node;
+  xmlSAX2EndElementNs(ctx, localname, prefix, uri);
+  if (element != nullptr && element->type == XML_ELEMENT_NODE) {
+    Tell(ctxt, state, [element](ParseListener& listener) { listener.ElementEnded(element); });
+  }
 }
 
 bool IsBlank(const xmlChar* text) {
@@ -179,9 +216,9 @@ namespace {
 // asked only for a failure's line text.
 template <class MakeContext, class SourceText>
 ParseResult Parse(MakeContext make_context, TextEncoding encoding, const std::string& url,
-                  SourceText source_text) {
+                  SourceText source_text, ParseListener* listener = nullptr) {
   ErrorCollector errors;
-  ParseState state{&errors, {}};
+  ParseState state{&errors, {}, listener, nullptr};
   // Encoding conversion errors and the like are reported without the
   // parser context; they must not reach stderr either.
   ScopedErrorCapture capture(errors);
@@ -201,16 +238,32 @@ ParseResult Parse(MakeContext make_context, TextEncoding encoding, const std::st
     // Not libxml2's own handler: nothing is known about the document.
     state.facts.namespaces = true;
   }
+  if (listener != nullptr) {
+    if (ctxt->sax->startElementNs != &StartElementNs ||
+        ctxt->sax->endElementNs != &xmlSAX2EndElementNs) {
+      throw std::logic_error("The XML parser's handlers cannot be streamed.");
+    }
+    ctxt->sax->endElementNs = &EndElementNs;
+  }
   ctxt->_private = &state;
 
   xmlParseDocument(ctxt.get());
   DocPtr doc(ctxt->myDoc);
   ctxt->myDoc = nullptr;
+  if (state.thrown) std::rethrow_exception(state.thrown);
   if (!doc || !ctxt->wellFormed || !ctxt->nsWellFormed) {
     const ErrorDetail& first = errors.First();
     std::string reason = errors.Message();
     if (reason.empty()) reason = "The document is not well-formed.";
     return Failure(first.code, std::move(reason), first.line, first.column, source_text(), url);
+  }
+  if (listener != nullptr) {
+    // What was kept of a streamed document is of no use to anyone; only
+    // the verdict and the facts are.
+    state.facts.doctype = doc->intSubset != nullptr || doc->extSubset != nullptr;
+    ParseResult result;
+    result.facts = state.facts;
+    return result;
   }
   // Entity references are kept as references, but whoever reads the text
   // gets their expansion: a few references to a large entity would make a
@@ -235,6 +288,25 @@ ParseResult Parse(MakeContext make_context, TextEncoding encoding, const std::st
 
 int ReadInputFile(void* context, char* buffer, int length) {
   return static_cast<InputFile*>(context)->Read(buffer, length);
+}
+
+// A parser context that reads `input` in pieces as the parser goes.
+ParserCtxtPtr NewFileContext(InputFile& input) {
+  ParserCtxtPtr ctxt(xmlNewParserCtxt());
+  if (!ctxt) throw std::bad_alloc();
+  xmlParserInputBufferPtr buffer =
+      xmlParserInputBufferCreateIO(&ReadInputFile, nullptr, &input, XML_CHAR_ENCODING_NONE);
+  if (buffer == nullptr) throw std::bad_alloc();
+  xmlParserInputPtr stream = xmlNewIOInputStream(ctxt.get(), buffer, XML_CHAR_ENCODING_NONE);
+  if (stream == nullptr) {
+    xmlFreeParserInputBuffer(buffer);
+    throw std::bad_alloc();
+  }
+  if (inputPush(ctxt.get(), stream) < 0) {
+    xmlFreeInputStream(stream);
+    throw std::bad_alloc();
+  }
+  return ctxt;
 }
 
 ParseResult Unread(const FileError& error, const std::string& path) {
@@ -279,38 +351,51 @@ ParseResult ParseFileDocument(const std::string& path) {
   if (input.size() > static_cast<size_t>(INT_MAX)) {
     return Failure(XML_ERR_INTERNAL_ERROR, "The document is too large.", 0, 0, "", path);
   }
-  ParseResult result = Parse(
-      [&] {
-        ParserCtxtPtr ctxt(xmlNewParserCtxt());
-        if (!ctxt) throw std::bad_alloc();
-        xmlParserInputBufferPtr buffer =
-            xmlParserInputBufferCreateIO(&ReadInputFile, nullptr, &input, XML_CHAR_ENCODING_NONE);
-        if (buffer == nullptr) throw std::bad_alloc();
-        xmlParserInputPtr stream = xmlNewIOInputStream(ctxt.get(), buffer, XML_CHAR_ENCODING_NONE);
-        if (stream == nullptr) {
-          xmlFreeParserInputBuffer(buffer);
-          throw std::bad_alloc();
-        }
-        if (inputPush(ctxt.get(), stream) < 0) {
-          xmlFreeInputStream(stream);
-          throw std::bad_alloc();
-        }
-        return ctxt;
-      },
-      TextEncoding::kDeclared, path, source_text);
+  ParseResult result =
+      Parse([&] { return NewFileContext(input); }, TextEncoding::kDeclared, path, source_text);
   if (input.failed()) return Unread(input.error(), path);
   return result;
 }
 
-bool DropBlankText(xmlDocPtr doc) {
+StreamResult StreamFileDocument(const std::string& path, ParseListener& listener) {
+  EnsureXmlLibrary();
+  StreamResult streamed;
+  InputFile input;
+  FileError file_error;
+  if (!input.Open(path, file_error)) {
+    streamed.error = Unread(file_error, path).error;
+    return streamed;
+  }
+  if (input.regular() && input.size() == 0) {
+    streamed.error = Failure(XML_ERR_DOCUMENT_EMPTY, "Document is empty", 1, 1, "", path).error;
+    return streamed;
+  }
+  // A failure's line text would mean reading the whole file into memory,
+  // which is what streaming avoids; streamed failures carry none.
+  ParseResult result = Parse([&] { return NewFileContext(input); }, TextEncoding::kDeclared, path,
+                             [] { return std::string_view(); }, &listener);
+  if (input.failed()) {
+    streamed.error = Unread(input.error(), path).error;
+    return streamed;
+  }
+  streamed.ok = result.error.ErrorCode() == 0;
+  streamed.error = std::move(result.error);
+  streamed.facts = result.facts;
+  return streamed;
+}
+
+namespace {
+
+// Drops blank text among `first` and its siblings and below them; `keep` is
+// what their parent keeps.
+bool DropBlanksFrom(xmlNodePtr first, bool keep) {
   struct Level {
     xmlNodePtr resume;
     bool keep;
   };
   std::vector<Level> levels;
-  bool keep = false;
   bool kept = false;
-  xmlNodePtr node = doc->children;
+  xmlNodePtr node = first;
   for (;;) {
     while (node == nullptr) {
       if (levels.empty()) return kept;
@@ -335,6 +420,20 @@ bool DropBlankText(xmlDocPtr doc) {
     }
     node = next;
   }
+}
+
+}  // namespace
+
+bool DropBlankText(xmlDocPtr doc) { return DropBlanksFrom(doc->children, false); }
+
+bool DropBlankTextBelow(xmlNodePtr top) {
+  std::vector<const xmlNode*> chain;
+  for (const xmlNode* up = top; up != nullptr && up->type == XML_ELEMENT_NODE; up = up->parent) {
+    chain.push_back(up);
+  }
+  bool keep = false;
+  for (auto it = chain.rbegin(); it != chain.rend(); ++it) keep = KeepsBlanks(*it, keep);
+  return DropBlanksFrom(top->children, keep);
 }
 
 }  // namespace veld::xml_internal

@@ -56,6 +56,39 @@ ParseResult ParseDocument(std::string_view bytes, TextEncoding encoding, const s
 // be opened or read gives the file error (not found, access denied, ...).
 ParseResult ParseFileDocument(const std::string& path);
 
+// Told of the elements of a document as the parser meets them, so that a
+// document far larger than memory can be read a part at a time.
+class ParseListener {
+ public:
+  virtual ~ParseListener() = default;
+  // `element` was just made, with its attributes and namespaces, and linked
+  // as the last child of its parent (the document node for the root).
+  virtual void ElementStarted(xmlNodePtr element) = 0;
+  // `element` and everything below it are complete. The listener may
+  // unlink and free `element` and its preceding siblings, nothing else.
+  // Whitespace-only text is still in the tree (see DropBlankTextBelow).
+  virtual void ElementEnded(xmlNodePtr element) = 0;
+};
+
+struct StreamResult {
+  // False when the file is not a well-formed document; `error` says why.
+  bool ok = false;
+  XmlParseError error;
+  // As ParseResult's, except that `doctype` alone tells of entity
+  // references (no expansion check is made) and `blank_text` is never set.
+  ParseFacts facts;
+};
+
+// Parses the file at `path` as ParseFileDocument does, telling `listener`
+// of each element, and keeps no document. Failures carry no line text. What
+// the listener throws stops the parse and is thrown again.
+StreamResult StreamFileDocument(const std::string& path, ParseListener& listener);
+
+// Removes whitespace-only text nodes below `top` as DropBlankText does in
+// its document, given what `top` and its ancestors keep. True when it kept
+// any.
+bool DropBlankTextBelow(xmlNodePtr top);
+
 // Removes whitespace-only text nodes, except below xml:space="preserve" and
 // directly inside xsl:text. True when it kept any.
 bool DropBlankText(xmlDocPtr doc);

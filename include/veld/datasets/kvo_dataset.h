@@ -116,6 +116,30 @@ class VELD_EXPORT KvoDataset : public KvoDatasetBase {
                           const std::string& sTableName, const std::string& sUID = "",
                           const std::string& sPWD = "", bool bClearFirst = false);
 
+  // Exports data element `sDataID` of the dataset file `sDatasetFile` to a
+  // table without holding the document: the outcome of
+  // ParseFile(sDatasetFile, sDataXPath) and, when that succeeds,
+  // SaveDataToMDBTable(sDataID, sMDBFile, sTableName, sUID, sPWD,
+  // bClearFirst) - the same rows in the same order, the same failure
+  // recorded, the same progress reports, nothing committed on any failure,
+  // a malformed end of the file included - while the file is read as a
+  // stream and memory does not grow with it. Files of more than 2 GiB are
+  // exported too. A few rare shapes need the whole document and are
+  // exported by ParseFile and SaveDataToMDBTable themselves: a document type
+  // declaration, a data element inside another, a data id with blanks at
+  // its ends or an apostrophe, a data path other than "//data", "/*/data"
+  // and "". The held document is empty afterwards.
+  //
+  // With `pbDataFound` given, a file without the data element (ExistData
+  // false after ParseFile) is a failure: nothing is written, false is
+  // returned with "Specified data id cannot be found." recorded, and
+  // *pbDataFound is false; otherwise *pbDataFound is true.
+  bool ExportFileToMDBTable(const std::string& sDatasetFile, const std::string& sDataID,
+                            const std::string& sMDBFile, const std::string& sTableName,
+                            const std::string& sUID = "", const std::string& sPWD = "",
+                            bool bClearFirst = false, const std::string& sDataXPath = "//data",
+                            bool* pbDataFound = nullptr);
+
   // --- Progress ---
 
  private:
