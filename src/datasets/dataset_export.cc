@@ -55,12 +55,12 @@ bool ExportData(const TableExportRequest& request, const CountRows& count_rows,
 // The streamed export of a file; false with `needs_document` set when the
 // file must be loaded whole instead.
 bool ExportFile(const di::FileExportRequest& request, bool* pbDataFound, bool& needs_document) {
-  if (pbDataFound != nullptr) *pbDataFound = false;
+  if (pbDataFound != nullptr) *pbDataFound = true;
   switch (di::ExportDatasetFile(request)) {
     case di::FileExportOutcome::kExported:
-      if (pbDataFound != nullptr) *pbDataFound = true;
       return true;
     case di::FileExportOutcome::kDataMissing:
+      *pbDataFound = false;
       di::Check(di::kDataIdNotFound);
     case di::FileExportOutcome::kNeedsDocument:
       break;

@@ -108,14 +108,17 @@ int Find(const Args& args) {
 }
 
 int Export(const Args& args) {
+  // The file is streamed to the table, never held whole, so that files
+  // larger than memory export too.
   KvoDataset dataset;
-  Load(dataset, args.At(0));
-  RowCount(dataset, args.At(1));
+  const std::string& data_id = args.At(1);
+  bool found = true;
   DatasetProgress progress(dataset);
   const bool exported =
-      dataset.SaveDataToMDBTable(args.At(1), args.At(2), args.At(3), args.Get("user"),
-                                 args.Get("password"), args.Has("clear"));
+      dataset.ExportFileToMDBTable(args.At(0), data_id, args.At(2), args.At(3), args.Get("user"),
+                                   args.Get("password"), args.Has("clear"), "//data", &found);
   progress.EndPhase();
+  if (!found) throw Failure("no data element '" + data_id + "'");
   if (!exported) Fail(dataset);
   return kExitOk;
 }

@@ -38,6 +38,8 @@ std::string ProgressBar::Line(int32_t total, int32_t current, const std::string&
 
 void ProgressBar::Update(int32_t total, int32_t current, const std::string& status) {
   if (!enabled_) return;
+  if (drawn_ && status != status_) Finish();
+  status_ = status;
   const std::string line = "\r" + Line(total, current, status);
   std::fwrite(line.data(), 1, line.size(), stderr);
   std::fflush(stderr);

@@ -18,6 +18,8 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
 
   bool Enabled() const { return enabled_; }
+  // Draws the state over the last one; a new status starts a new line, so
+  // that each phase of the work keeps its own.
   void Update(int32_t total, int32_t current, const std::string& status);
   // Ends the bar's line, once.
   void Finish();
@@ -28,6 +30,7 @@ class ProgressBar {
  private:
   bool enabled_;
   bool drawn_ = false;
+  std::string status_;
 };
 
 }  // namespace veld::cli

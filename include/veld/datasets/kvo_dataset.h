@@ -130,10 +130,10 @@ class VELD_EXPORT KvoDataset : public KvoDatasetBase {
   // its ends or an apostrophe, a data path other than "//data", "/*/data"
   // and "". The held document is empty afterwards.
   //
-  // With `pbDataFound` given, a file without the data element (ExistData
-  // false after ParseFile) is a failure: nothing is written, false is
-  // returned with "Specified data id cannot be found." recorded, and
-  // *pbDataFound is false; otherwise *pbDataFound is true.
+  // With `pbDataFound` given, a file that loads but lacks the data element
+  // (ExistData false after ParseFile) is a failure: nothing is written,
+  // false is returned with "Specified data id cannot be found." recorded,
+  // and *pbDataFound is false. In every other case *pbDataFound is true.
   bool ExportFileToMDBTable(const std::string& sDatasetFile, const std::string& sDataID,
                             const std::string& sMDBFile, const std::string& sTableName,
                             const std::string& sUID = "", const std::string& sPWD = "",
