@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -76,7 +77,9 @@ class FileScan final : public xi::ParseListener {
       if (xmlStrEqual(element->name, xi::XmlText("row"))) ++units_.all_rows;
       if (row_depth_ == 0 && depth_ == data_depth_ + 1 && IsNamedNoNs(element, "row")) {
         row_depth_ = depth_;
+        row_crossing_ = false;
       }
+      NotePrefixes(element);
       return;
     }
     if (is_data && (!root_only_ || depth_ == 2)) StartData(element);
@@ -90,11 +93,20 @@ class FileScan final : public xi::ParseListener {
       row_depth_ = 0;
       if (IsDataRow(element)) {
         ++units_.data_rows;
-        if (exporting_) WriteRow(element);
+        if (row_crossing_ && request_.held == HeldRow::kCols) {
+          // ParseFile fails on this data element: nothing more to write.
+          data_row_failed_ = true;
+          StopExport();
+        } else if (exporting_) {
+          WriteRow(element);
+        }
       }
     } else if (depth == data_depth_) {
       data_depth_ = 0;
       exporting_ = false;
+      if (data_crossing_ || data_row_failed_) {
+        NoteParseFailure(data_crossing_ ? kFailedLoadDataXml : kFailedLoadDataRowXml);
+      }
       if (pass_ == Pass::kCount) units_list_.push_back(units_);
     }
     if (depth >= 2) FreeThrough(element);
@@ -106,9 +118,9 @@ class FileScan final : public xi::ParseListener {
       table_.reset();
       Check(kFailedLoadDatasetFile);
     }
-    if (row_failure_) {
+    if (parse_failure_) {
       table_.reset();
-      std::rethrow_exception(row_failure_);
+      std::rethrow_exception(parse_failure_);
     }
     if (request_.require_data && !data_found_) {
       table_.reset();
@@ -125,6 +137,10 @@ class FileScan final : public xi::ParseListener {
 
   bool data_found() const { return data_found_; }
   int64_t target_ordinal() const { return target_found_; }
+  // Where ParseFile would fail: the ordinal of that data element (0: it
+  // would not) and its failure.
+  int64_t failing_ordinal() const { return failing_ordinal_; }
+  const std::exception_ptr& parse_failure() const { return parse_failure_; }
   const std::vector<DataUnits>& units() const { return units_list_; }
 
  private:
@@ -135,6 +151,9 @@ class FileScan final : public xi::ParseListener {
     data_depth_ = depth_;
     units_ = {};
     ++ordinal_;
+    data_crossing_ = false;
+    data_row_failed_ = false;
+    NotePrefixes(data);
     // An element without an id gets a new one, which no export can name.
     if (id.empty() || LCase(id) != wanted_lower_) return;
     if (!class_seen_) {
@@ -145,9 +164,59 @@ class FileScan final : public xi::ParseListener {
     }
     if (!target_exists_) return;
     target_found_ = ordinal_;
+    if (parse_failure_ || data_crossing_) return;
     if (pass_ == Pass::kEachMatch || (pass_ == Pass::kOrdinal && ordinal_ == target_ordinal_)) {
       BeginAttempt();
     }
+  }
+
+  // ParseFile loads the text of each data element, and of each of its data
+  // rows, on its own. A namespace declared above the data element, or (for
+  // a row) above the row, is missing from that text, so a prefix bound by
+  // it makes the text fail to load. Notes such uses by `element`.
+  void NotePrefixes(const xmlNode* element) {
+    NotePrefix(element, element->ns);
+    for (const xmlAttr* attr = element->properties; attr != nullptr; attr = attr->next) {
+      NotePrefix(element, attr->ns);
+    }
+  }
+
+  void NotePrefix(const xmlNode* element, const xmlNs* ns) {
+    // The xml prefix is bound in every text.
+    if (ns == nullptr || (ns->prefix != nullptr && xmlStrEqual(ns->prefix, xi::XmlText("xml")))) {
+      return;
+    }
+    int declared_at = 0;
+    int depth = depth_;
+    for (const xmlNode* node = element; node != nullptr && declared_at == 0;
+         node = node->parent, --depth) {
+      for (const xmlNs* def = node->nsDef; def != nullptr; def = def->next) {
+        if (def == ns) declared_at = depth;
+      }
+    }
+    if (declared_at < data_depth_) {
+      data_crossing_ = true;
+      StopExport();
+    } else if (row_depth_ != 0 && declared_at < row_depth_) {
+      row_crossing_ = true;
+    }
+  }
+
+  // Records the first data element on which ParseFile fails, with `message`.
+  void NoteParseFailure(const char* message) {
+    if (parse_failure_) return;
+    failing_ordinal_ = ordinal_;
+    try {
+      Check(message);
+    } catch (...) {
+      parse_failure_ = std::current_exception();
+    }
+    StopExport();
+  }
+
+  void StopExport() {
+    table_.reset();
+    exporting_ = false;
   }
 
   // Starts the export over: what an earlier element of the same id wrote is
@@ -196,11 +265,16 @@ class FileScan final : public xi::ParseListener {
   }
 
   // Fills cols_ with what the held row would read. False when ParseFile
-  // would have failed on the row (row_failure_ then says why).
+  // would have failed on the row (parse_failure_ then says why).
   bool ReadHeldRow(xmlNodePtr row) {
     if (request_.held == HeldRow::kWhole) {
       if (!items_internal::ReadPlainNamesAndValues(row, cols_.names, cols_.values)) {
-        ParseRowCols(NodeText(row), cols_);
+        // The held row carries the declarations of the namespaces it uses
+        // from its data element; so does a copy of it.
+        xmlNodePtr copy = xmlDocCopyNode(row, row->doc, 1);
+        if (copy == nullptr) throw std::bad_alloc();
+        std::unique_ptr<xmlNode, decltype(&xmlFreeNode)> owned(copy, xmlFreeNode);
+        ParseRowCols(NodeText(copy), cols_);
       }
       return true;
     }
@@ -214,13 +288,15 @@ class FileScan final : public xi::ParseListener {
     if (!scratch_) scratch_ = std::make_unique<KvoDatasetO>();
     scratch_->Reset();
     if (!scratch_->AddDataRow(kScratchId, "", NodeText(row), "")) {
-      try {
-        scratch_->RaiseLastError();
-      } catch (...) {
-        row_failure_ = std::current_exception();
+      if (!parse_failure_) {
+        failing_ordinal_ = ordinal_;
+        try {
+          scratch_->RaiseLastError();
+        } catch (...) {
+          parse_failure_ = std::current_exception();
+        }
       }
-      table_.reset();
-      exporting_ = false;
+      StopExport();
       return false;
     }
     std::string held;
@@ -257,6 +333,12 @@ class FileScan final : public xi::ParseListener {
   int row_depth_ = 0;
   int64_t ordinal_ = 0;
   DataUnits units_;
+  // Within the current data element: a prefix bound outside it; within the
+  // current row: a prefix bound outside the row; a data row whose text
+  // would not load.
+  bool data_crossing_ = false;
+  bool row_crossing_ = false;
+  bool data_row_failed_ = false;
   std::vector<DataUnits> units_list_;
 
   bool class_seen_ = false;
@@ -269,7 +351,8 @@ class FileScan final : public xi::ParseListener {
   int64_t written_ = 0;
   std::unique_ptr<TableExport> table_;
   std::exception_ptr export_failure_;
-  std::exception_ptr row_failure_;
+  std::exception_ptr parse_failure_;
+  int64_t failing_ordinal_ = 0;
   RowCols cols_;
   std::unique_ptr<KvoDatasetO> scratch_;
 };
@@ -320,16 +403,22 @@ FileExportOutcome ExportDatasetFile(const FileExportRequest& request) {
         return FileExportOutcome::kExported;
       });
   if (counted == FileExportOutcome::kNeedsDocument) return counted;
-  if (request.require_data && !count.data_found()) return FileExportOutcome::kDataMissing;
 
+  // ParseFile's reports: the data elements it adds, up to one it fails on.
   int64_t total = 0;
   for (const DataUnits& units : count.units()) total += units.all_rows;
   ProgressSteps reading(request.updater, total, "Reading rows");
-  for (const DataUnits& units : count.units()) {
+  const size_t added = count.failing_ordinal() != 0
+                           ? static_cast<size_t>(count.failing_ordinal() - 1)
+                           : count.units().size();
+  for (size_t d = 0; d < added; ++d) {
+    const DataUnits& units = count.units()[d];
     for (int64_t i = 0; i < units.data_rows; ++i) reading.Advance(1);
     reading.Advance(units.all_rows - units.data_rows);
   }
+  if (count.parse_failure()) std::rethrow_exception(count.parse_failure());
   reading.Finish();
+  if (request.require_data && !count.data_found()) return FileExportOutcome::kDataMissing;
 
   if (target == 0) {
     // Nothing to read: the export of no rows.

@@ -13,7 +13,14 @@
 //     export starts over (rollback, begin again) at each later one;
 //   - the file must be well-formed before anything counts: a failure of the
 //     export is held back until the end of the file shows that ParseFile
-//     would have succeeded.
+//     would have succeeded;
+//   - ParseFile loads the text of each data element on its own, and in
+//     KvoDatasetO that of each data row too; a namespace prefix declared
+//     outside that text does not load there, and ParseFile fails ("Failed
+//     to load data xml.", "Failed to load data row xml.") on the first such
+//     data element. So does the export, with ParseFile's progress reports
+//     up to there. KvoDataset keeps such a row whole, with the
+//     declarations it needs.
 // Files whose shape gives rows that are not simply the rows read need the
 // whole document; for them ExportDatasetFile reports kNeedsDocument, having
 // written nothing, and the caller takes the held-document path:
