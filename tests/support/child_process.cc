@@ -33,4 +33,20 @@ bool KillChildWhenReady(const std::function<void(const std::function<void()>& re
   return child_ready && WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
 }
 
+int RunInChild(const std::function<int()>& work) {
+  const pid_t child = fork();
+  if (child < 0) return -1;
+  if (child == 0) {
+    int code = 1;
+    try {
+      code = work();
+    } catch (...) {
+    }
+    _exit(code);
+  }
+  int status = 0;
+  if (waitpid(child, &status, 0) != child || !WIFEXITED(status)) return -1;
+  return WEXITSTATUS(status);
+}
+
 }  // namespace veld::testing

@@ -12,6 +12,12 @@ namespace veld::testing {
 // that signal; false when it ended any other way first.
 bool KillChildWhenReady(const std::function<void(const std::function<void()>& ready)>& work);
 
+// Runs `work` in a forked child and waits for it: the child's exit code,
+// `work`'s result; -1 when the child could not be made or did not exit
+// normally. For work that changes what a process cannot undo (its mount
+// namespace, its resource limits).
+int RunInChild(const std::function<int()>& work);
+
 }  // namespace veld::testing
 
 #endif  // VELD_TESTS_SUPPORT_CHILD_PROCESS_H_

@@ -8,10 +8,10 @@
 #include <poll.h>
 #include <pty.h>
 #include <spawn.h>
-#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/sqlite_file.h"
 #include "support/testing.h"
 #include "veld_process.h"
 
@@ -382,26 +382,11 @@ TEST_F(VeldCliTest, DatasetsSummaryRowsAndFind) {
 TEST_F(VeldCliTest, DatasetsExportWritesTheRows) {
   const std::string file = dir_.Write("orders.xml", kDataset);
   const std::string db = dir_.File("shop.db");
-  sqlite3* handle = nullptr;
-  ASSERT_EQ(sqlite3_open(db.c_str(), &handle), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(handle, "CREATE TABLE orders (code VARCHAR(5), qty INTEGER)", nullptr,
-                         nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(handle);
+  testing::SqliteExec(db, "CREATE TABLE orders (code VARCHAR(5), qty INTEGER)");
   Result result = RunVeld({"datasets", "export", "--clear", file, "orders", db, "orders"});
   EXPECT_EQ(result.exit_code, 0) << result.err;
-  ASSERT_EQ(sqlite3_open(db.c_str(), &handle), SQLITE_OK);
-  sqlite3_stmt* statement = nullptr;
-  sqlite3_prepare_v2(handle, "SELECT code || ':' || qty FROM orders ORDER BY code", -1, &statement,
-                     nullptr);
-  std::string rows;
-  while (sqlite3_step(statement) == SQLITE_ROW) {
-    rows += reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
-    rows += ";";
-  }
-  sqlite3_finalize(statement);
-  sqlite3_close(handle);
-  EXPECT_EQ(rows, "A:2;B:3;");
+  EXPECT_EQ(testing::SqliteRows(db, "SELECT code, qty FROM orders ORDER BY code"),
+            (testing::SqliteRowList{{"A", "2"}, {"B", "3"}}));
 }
 
 TEST_F(VeldCliTest, DatasetsExportToTableThatDoesNotExistFails) {
@@ -423,6 +408,27 @@ TEST_F(VeldCliTest, DatasetsOfMalformedFileOrUnknownDataFail) {
   result = RunVeld({"datasets", "rows", file, "nosuch"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.err, "veld datasets rows: no data element 'nosuch'\n");
+}
+
+TEST_F(VeldCliTest, DatasetsExportOfUnknownDataOrMalformedFileLeavesTheTable) {
+  const std::string db = dir_.File("shop.db");
+  testing::SqliteExec(db,
+                      "CREATE TABLE orders (code VARCHAR(5), qty INTEGER);"
+                      "INSERT INTO orders VALUES ('OLD', 1)");
+  const testing::SqliteRowList before = {{"OLD", "1"}};
+  const std::string file = dir_.Write("orders.xml", kDataset);
+  Result result = RunVeld({"datasets", "export", "--clear", file, "nosuch", db, "orders"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld datasets export: no data element 'nosuch'\n");
+  EXPECT_EQ(testing::SqliteRows(db, "SELECT code, qty FROM orders"), before);
+
+  std::string cut(kDataset);
+  cut.resize(cut.size() - 3);
+  const std::string bad = dir_.Write("cut.xml", cut);
+  result = RunVeld({"datasets", "export", "--clear", bad, "orders", db, "orders"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "veld datasets export: Failed to load dataset file.\n");
+  EXPECT_EQ(testing::SqliteRows(db, "SELECT code, qty FROM orders"), before);
 }
 
 // Runs the tool with standard output and error on a pseudo-terminal and
@@ -461,10 +467,7 @@ TEST_F(VeldCliTest, ExportDrawsProgressOnATerminalOnly) {
   dataset += "</data></dataset>";
   const std::string file = dir_.Write("big.xml", dataset);
   const std::string db = dir_.File("t.db");
-  sqlite3* handle = nullptr;
-  ASSERT_EQ(sqlite3_open(db.c_str(), &handle), SQLITE_OK);
-  sqlite3_exec(handle, "CREATE TABLE t (n INTEGER)", nullptr, nullptr, nullptr);
-  sqlite3_close(handle);
+  testing::SqliteExec(db, "CREATE TABLE t (n INTEGER)");
 
   const std::string drawn = RunVeldOnTerminal({"datasets", "export", file, "d", db, "t"});
   EXPECT_NE(drawn.find("\r[##############################] 100% Reading rows"), std::string::npos)
