@@ -3,6 +3,8 @@
 # missing. Silent and quick when everything is there, so that every other
 # script can call it first.
 #
+#   setup.sh [--bench]   --bench adds what the benchmarks compare against
+#                        (lxml and pandas for Debian's python3)
 # VELD_SKIP_SETUP=1 skips the check (for machines managed some other way).
 set -euo pipefail
 
@@ -30,6 +32,9 @@ packages=(
   # The Python module and its tests (Debian's python3 and its pytest).
   python3-dev pybind11-dev python3-pybind11 python3-pytest
 )
+if [[ "${1:-}" == --bench ]]; then
+  packages+=(python3-lxml python3-pandas)
+fi
 
 if ! command -v dpkg-query >/dev/null 2>&1; then
   echo "setup.sh: this script installs Debian packages; install these by hand:" >&2

@@ -227,6 +227,9 @@ ParseResult Parse(MakeContext make_context, TextEncoding encoding, const std::st
   // external subset) or HUGE (would lift the entity expansion limits).
   int options = XML_PARSE_NONET;
   if (encoding == TextEncoding::kUtf8) options |= XML_PARSE_IGNORE_ENC;
+  // A streamed tree is read and freed, never changed: short texts and
+  // attribute values can live inside their nodes, one allocation fewer each.
+  if (listener != nullptr) options |= XML_PARSE_COMPACT;
   xmlCtxtUseOptions(ctxt.get(), options);
   ctxt->sax->resolveEntity = &DenyEntity;
   ctxt->sax->externalSubset = &IgnoreExternalSubset;
