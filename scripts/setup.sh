@@ -27,6 +27,9 @@ packages=(
   # The registry backend conformance suite, cross-built for Windows and run
   # under Wine (the posix thread model has the std::mutex GoogleTest needs).
   g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix wine64
+  # The Windows build: zlib for mingw-w64; what unpacks, regenerates and
+  # builds the dependencies it makes from Debian source packages.
+  libz-mingw-w64-dev dpkg-dev tcl autoconf automake libtool unicode-data
   # The Qt Widgets adapters of the controls, and the dataset viewer.
   qt6-base-dev
   # The Python module and its tests (Debian's python3 and its pytest).

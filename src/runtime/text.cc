@@ -2,14 +2,13 @@
 
 #include <cstdint>
 
-#include <unicode/uchar.h>
-#include <unicode/ustring.h>
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
+#include "runtime/case_mapping.h"
 
 namespace veld {
 
 namespace {
+
+namespace ri = runtime_internal;
 
 bool IsAscii(std::string_view text) {
   for (char c : text) {
@@ -21,11 +20,57 @@ bool IsAscii(std::string_view text) {
 char AsciiLower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + ('a' - 'A')) : c; }
 char AsciiUpper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - ('a' - 'A')) : c; }
 
-void AppendUtf8(std::string& out, UChar32 c) {
-  char buffer[U8_MAX_LENGTH];
-  int32_t length = 0;
-  U8_APPEND_UNSAFE(buffer, length, c);
-  out.append(buffer, static_cast<size_t>(length));
+void AppendUtf8(std::string& out, char32_t c) {
+  if (c < 0x80) {
+    out.push_back(static_cast<char>(c));
+  } else if (c < 0x800) {
+    out.push_back(static_cast<char>(0xC0 | (c >> 6)));
+    out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+  } else if (c < 0x10000) {
+    out.push_back(static_cast<char>(0xE0 | (c >> 12)));
+    out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+    out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+  } else {
+    out.push_back(static_cast<char>(0xF0 | (c >> 18)));
+    out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
+    out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+    out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+  }
+}
+
+// Decodes the well-formed UTF-8 sequence (Unicode's table 3-7: no overlong
+// forms, no surrogates, nothing above U+10FFFF) that starts at `i`, a byte
+// of 0x80 or more, and moves `i` past it. False, with `i` unchanged, when
+// the bytes there are not one.
+bool NextCodePoint(const uint8_t* bytes, size_t length, size_t& i, char32_t& c) {
+  const uint8_t lead = bytes[i];
+  size_t count;
+  uint8_t low = 0x80;
+  uint8_t high = 0xBF;
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    count = 1;
+    c = lead & 0x1F;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    count = 2;
+    c = lead & 0x0F;
+    if (lead == 0xE0) low = 0xA0;
+    if (lead == 0xED) high = 0x9F;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    count = 3;
+    c = lead & 0x07;
+    if (lead == 0xF0) low = 0x90;
+    if (lead == 0xF4) high = 0x8F;
+  } else {
+    return false;
+  }
+  if (length - i <= count) return false;
+  for (size_t k = 1; k <= count; ++k) {
+    const uint8_t b = bytes[i + k];
+    if (b < (k == 1 ? low : 0x80) || b > (k == 1 ? high : 0xBF)) return false;
+    c = (c << 6) | (b & 0x3F);
+  }
+  i += count + 1;
+  return true;
 }
 
 // Walks `text` code point by code point. `map` turns one valid code point
@@ -35,44 +80,29 @@ std::string MapCodePoints(std::string_view text, AsciiMap ascii_map, CodePointMa
   std::string out;
   out.reserve(text.size());
   const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-  const auto length = static_cast<int32_t>(text.size());
-  int32_t i = 0;
+  const size_t length = text.size();
+  size_t i = 0;
   while (i < length) {
     if (bytes[i] < 0x80) {
       out.push_back(ascii_map(static_cast<char>(bytes[i])));
       ++i;
       continue;
     }
-    const int32_t start = i;
-    UChar32 c;
-    U8_NEXT(bytes, i, length, c);
-    if (c < 0) {
-      out.append(text.data() + start, static_cast<size_t>(i - start));
-    } else {
+    char32_t c;
+    if (NextCodePoint(bytes, length, i, c)) {
       map(out, c);
+    } else {
+      out.push_back(static_cast<char>(bytes[i]));
+      ++i;
     }
   }
   return out;
 }
 
-void AppendFolded(std::string& out, UChar32 c) {
-  UChar source[2];
-  int32_t source_length = 0;
-  U16_APPEND_UNSAFE(source, source_length, c);
-  // Full folding of one code point yields at most three UTF-16 units.
-  UChar folded[8];
-  UErrorCode status = U_ZERO_ERROR;
-  const int32_t folded_length =
-      u_strFoldCase(folded, 8, source, source_length, U_FOLD_CASE_DEFAULT, &status);
-  if (U_FAILURE(status)) {
-    AppendUtf8(out, c);
-    return;
-  }
-  for (int32_t j = 0; j < folded_length;) {
-    UChar32 f;
-    U16_NEXT_UNSAFE(folded, j, f);
-    AppendUtf8(out, f);
-  }
+void AppendFolded(std::string& out, char32_t c) {
+  char32_t folded[3];
+  const int count = ri::FullFold(c, folded);
+  for (int k = 0; k < count; ++k) AppendUtf8(out, folded[k]);
 }
 
 }  // namespace
@@ -96,12 +126,12 @@ std::string Trim(std::string_view text) {
 
 std::string UCase(std::string_view text) {
   return MapCodePoints(text, AsciiUpper,
-                       [](std::string& out, UChar32 c) { AppendUtf8(out, u_toupper(c)); });
+                       [](std::string& out, char32_t c) { AppendUtf8(out, ri::SimpleUpper(c)); });
 }
 
 std::string LCase(std::string_view text) {
   return MapCodePoints(text, AsciiLower,
-                       [](std::string& out, UChar32 c) { AppendUtf8(out, u_tolower(c)); });
+                       [](std::string& out, char32_t c) { AppendUtf8(out, ri::SimpleLower(c)); });
 }
 
 std::string FoldCase(std::string_view text) {

@@ -5,6 +5,12 @@
 #include <utility>
 #include <vector>
 
+#ifdef _WIN32
+// The ODBC headers of Windows use its basic types without including them.
+#define NOMINMAX
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#endif
 #include <sql.h>
 #include <sqlext.h>
 
