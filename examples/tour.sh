@@ -3,17 +3,20 @@
 # Works in a temporary directory; the registry is an SQLite store there too,
 # so nothing of the user's own is touched.
 #
-# Usage: examples/tour.sh [PATH-TO-VELD]   (default: veld on PATH)
+# Usage: examples/tour.sh [PATH-TO-VELD [RUNNER]]   (default: veld on PATH)
+# RUNNER runs the tool, as wine64 runs veld.exe of the Windows build.
 set -euo pipefail
 
-veld=${1:-veld}
+veld_path=${1:-veld}
+runner=${2:-}
+veld() { ${runner:+"$runner"} "$veld_path" "$@"; }
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 work=$(mktemp -d "${TMPDIR:-/tmp}/veld-tour.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 export VELD_REGISTRY_FILE="$work/registry.db"
 
 step() { printf '\n== %s\n' "$*"; }
-show() { printf '$ veld %s\n' "$*"; "$veld" "$@"; }
+show() { printf '$ veld %s\n' "$*"; veld "$@"; }
 
 cp "$here/app-options.xml" "$work/app.xml"
 python3 "$here/make-orders.py" 3000 >"$work/orders.xml"
@@ -23,9 +26,9 @@ step "Options: read, change, encode"
 show options get --section main --group window app.xml title
 show options set --section main --group window app.xml width 1280
 show options list --section main --group window app.xml
-secret=$("$veld" options encode "s3cret!")
+secret=$(veld options encode "s3cret!")
 show options set --section database --group general app.xml password "$secret"
-printf 'stored password: %s\n' "$("$veld" options get --section database --group general app.xml password)"
+printf 'stored password: %s\n' "$(veld options get --section database --group general app.xml password)"
 show options decode "$secret"
 
 step "Registry: mirror an option group to a key and back"
@@ -40,7 +43,7 @@ step "Datasets: summary, rows, search"
 show datasets summary orders.xml
 show datasets rows --count 2 orders.xml orders
 printf '$ veld datasets find orders.xml orders customer C-0009 | wc -l\n'
-"$veld" datasets find orders.xml orders customer C-0009 | wc -l
+veld datasets find orders.xml orders customer C-0009 | wc -l
 
 step "Export the orders into an SQLite table"
 sqlite3 shop.db "CREATE TABLE orders (order_no VARCHAR(10), ordered DATE, customer VARCHAR(10),
@@ -56,7 +59,7 @@ printf 'report.html: %s bytes, %s customer lines\n' "$(wc -c <report.html)" \
 show xml extract --attributes orders.xml "//data[@guid='orders']/row[1]/col[1]"
 
 step "Errors go to standard error with a non-zero exit status"
-if "$veld" datasets export orders.xml orders shop.db no_such_table; then
+if veld datasets export orders.xml orders shop.db no_such_table; then
   echo "unexpected success" >&2
   exit 1
 else

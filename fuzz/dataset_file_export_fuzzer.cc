@@ -10,7 +10,6 @@
 #include <vector>
 
 #include <sqlite3.h>
-#include <unistd.h>
 
 #include "veld/datasets/kvo_dataset.h"
 #include "veld/datasets/kvo_dataset_o.h"
@@ -23,21 +22,9 @@ using veld_fuzz::Check;
 
 // A directory of the process's own for the file and the database.
 struct Scratch {
-  std::string dir;
-  std::string file;
-  std::string database;
-  Scratch() {
-    char name[] = "/tmp/veld-export-fuzz-XXXXXX";
-    Check(mkdtemp(name) != nullptr);
-    dir = name;
-    file = dir + "/data.xml";
-    database = dir + "/t.db";
-  }
-  ~Scratch() {
-    std::remove(file.c_str());
-    std::remove(database.c_str());
-    rmdir(dir.c_str());
-  }
+  veld_fuzz::ScratchDir dir;
+  std::string file = dir.File("data.xml");
+  std::string database = dir.File("t.db");
 };
 
 const Scratch& TheScratch() {

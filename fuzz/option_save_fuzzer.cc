@@ -8,26 +8,21 @@
 #include <iterator>
 #include <string>
 
-#include <unistd.h>
-
 #include "veld/options/kvo_option.h"
+
+#include "fuzz_support.h"
 
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using veld_fuzz::Check;
 
 constexpr char kPrevious[] =
     "<config><section id=\"s\"><group id=\"g\"><option name=\"n\" value=\"previous\"/>"
     "</group></section></config>";
 
 const std::string& File() {
-  static const std::string file = [] {
-    char dir[] = "/tmp/veld-option-save-fuzz-XXXXXX";
-    Check(mkdtemp(dir) != nullptr);
-    return std::string(dir) + "/options.xml";
-  }();
+  static const veld_fuzz::ScratchDir dir;
+  static const std::string file = dir.File("options.xml");
   return file;
 }
 

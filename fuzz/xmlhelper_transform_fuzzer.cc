@@ -10,34 +10,16 @@
 #include <fstream>
 #include <string>
 
-#include <unistd.h>
-
 #include "veld/xml/xml_document.h"
 #include "veld/xmlhelper/kvo_xml_helper.h"
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using veld_fuzz::Check;
 
-// A scratch directory for the process, removed at exit.
-class Scratch {
- public:
-  Scratch() {
-    std::string templ = (std::filesystem::temp_directory_path() / "veld-fuzz-XXXXXX").string();
-    if (mkdtemp(templ.data()) == nullptr) std::abort();
-    path_ = templ;
-  }
-  ~Scratch() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+using Scratch = veld_fuzz::ScratchDir;
 
 const char* const kInput =
     "<catalog><book id=\"b1\" genre=\"x\"><title>One</title><price>1.5</price></book>"

@@ -1,5 +1,8 @@
 // Collation on Windows: the sort keys LCMapStringEx makes for the locale,
-// ignoring case, as the common list control compares with CompareStringEx.
+// ignoring case. String sort, not word sort: hyphens and apostrophes count
+// as the symbols they are (word sort would skip them), as in ICU's
+// collation, so that the sortable forms of numbers and dates, which start
+// with sign characters, keep their order.
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
 #include <string>
@@ -29,7 +32,7 @@ void TextCollator::AppendSortKey(std::string_view text, std::string& out) {
       text.empty() ? 0
                    : ::MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
                                            utf16.data(), static_cast<int>(utf16.size()));
-  const DWORD flags = LCMAP_SORTKEY | NORM_IGNORECASE;
+  const DWORD flags = LCMAP_SORTKEY | NORM_IGNORECASE | SORT_STRINGSORT;
   const int needed = ::LCMapStringEx(impl_->locale.c_str(), flags, utf16.data(), length16, nullptr,
                                      0, nullptr, nullptr, 0);
   if (needed <= 0) return;

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <system_error>
 
+#include "runtime/file_path.h"
 #include "veld/platform/regional_settings.h"
 #include "veld/runtime/automation_error.h"
 #include "veld/tablestore/table_store.h"
@@ -38,40 +39,40 @@ std::string Platform::WriteFileBeside(const std::string& path, std::string_view 
     if (CreateGuid(guid) != 0) RaiseError(errnum::kOutOfMemory);
     std::string name = path + ".~" + std::to_string(guid.Data1) + ".tmp";
     std::error_code error;
-    if (fs::exists(fs::symlink_status(name, error))) {
+    if (fs::exists(fs::symlink_status(FilePath(name), error))) {
       if (attempt < 8) continue;
       RaiseError(errnum::kFileAlreadyExists);
     }
     {
-      std::ofstream out(name, std::ios::binary | std::ios::trunc);
+      std::ofstream out(FilePath(name), std::ios::binary | std::ios::trunc);
       if (!out) RaiseError(errnum::kPermissionDenied);
       out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
       out.flush();
       if (out) return name;
     }
-    fs::remove(name, error);
+    fs::remove(FilePath(name), error);
     RaiseError(61);  // Disk full: the usual reason a write stops short
   }
 }
 
 void Platform::LinkFile(const std::string& from, const std::string& to) {
   std::error_code error;
-  fs::create_hard_link(from, to, error);
+  fs::create_hard_link(FilePath(from), FilePath(to), error);
   if (!error) return;
-  if (fs::exists(fs::symlink_status(to, error))) RaiseError(errnum::kFileAlreadyExists);
-  fs::copy_file(from, to, fs::copy_options::none, error);
+  if (fs::exists(fs::symlink_status(FilePath(to), error))) RaiseError(errnum::kFileAlreadyExists);
+  fs::copy_file(FilePath(from), FilePath(to), fs::copy_options::none, error);
   if (error) RaiseFileError(error);
 }
 
 void Platform::RenameFile(const std::string& from, const std::string& to) {
   std::error_code error;
-  fs::rename(from, to, error);
+  fs::rename(FilePath(from), FilePath(to), error);
   if (error) RaiseFileError(error);
 }
 
 bool Platform::IsReadOnlyFile(const std::string& path) {
   std::error_code error;
-  fs::file_status status = fs::status(path, error);
+  fs::file_status status = fs::status(FilePath(path), error);
   if (error || !fs::is_regular_file(status)) return false;
   constexpr fs::perms kWrite =
       fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
@@ -80,10 +81,10 @@ bool Platform::IsReadOnlyFile(const std::string& path) {
 
 std::string Platform::FinalPath(const std::string& path) {
   std::error_code error;
-  if (!fs::is_symlink(fs::symlink_status(path, error))) return path;
-  fs::path final_path = fs::canonical(path, error);
+  if (!fs::is_symlink(fs::symlink_status(FilePath(path), error))) return path;
+  fs::path final_path = fs::canonical(FilePath(path), error);
   if (error) RaiseError(errnum::kPathNotFound);
-  return final_path.string();
+  return PathText(final_path);
 }
 
 std::unique_ptr<TableStore> Platform::OpenTableStore(const std::string& /*connection_string*/) {

@@ -9,6 +9,7 @@
 
 #include <sqlite3.h>
 
+#include "runtime/file_path.h"
 #include "veld/runtime/automation_error.h"
 
 #include "tablestore/field_type.h"
@@ -238,8 +239,7 @@ std::unique_ptr<TableStore> OpenSqliteTableStore(const std::string& path) {
   int flags = SQLITE_OPEN_READWRITE;
   namespace fs = std::filesystem;
   std::error_code error;
-  const fs::perms perms =
-      fs::status(fs::path(std::u8string(path.begin(), path.end())), error).permissions();
+  const fs::perms perms = fs::status(FilePath(path), error).permissions();
   const fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
   if (!error && perms != fs::perms::unknown && (perms & write) == fs::perms::none) {
     flags = SQLITE_OPEN_READONLY;

@@ -2,6 +2,7 @@
 
 #include <fstream>
 
+#include "runtime/file_path.h"
 #include "runtime/text.h"
 #include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
@@ -21,7 +22,7 @@ bool EndsWithIgnoringCase(const std::string& text, const std::string& suffix) {
 // Access files start with a page whose bytes 4 to 19 name the engine.
 bool LooksLikeAccessFile(const std::string& path) {
   if (EndsWithIgnoringCase(path, ".mdb") || EndsWithIgnoringCase(path, ".accdb")) return true;
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(FilePath(path), std::ios::binary);
   char header[20] = {};
   if (!file.read(header, sizeof header)) return false;
   const std::string engine(header + 4, 15);

@@ -9,6 +9,7 @@
 
 #include <sys/stat.h>
 
+#include "runtime/file_path.h"
 #include "veld/runtime/automation_error.h"
 
 namespace veld::xml_internal {
@@ -112,7 +113,7 @@ bool InputFile::Open(const std::string& path, FileError& error) {
     return false;
   }
   errno = 0;
-  FilePtr file(std::fopen(path.c_str(), "rb"));
+  FilePtr file(OpenFile(path, "rb"));
   if (!file) {
     error = DescribeFileError(errno, true);
     return false;
@@ -167,7 +168,7 @@ void WriteFileBytes(const std::string& path, std::string_view bytes) {
   };
   if (path.empty()) fail(ENOENT);
   errno = 0;
-  FilePtr file(std::fopen(path.c_str(), "wb"));
+  FilePtr file(OpenFile(path, "wb"));
   if (!file) fail(errno);
   if (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) {
     fail(errno != 0 ? errno : EIO);

@@ -100,7 +100,7 @@ TYPED_TEST(DatasetExportTest, MissingDatabaseFileIsRecorded) {
 
 TYPED_TEST(DatasetExportTest, UnknownDsnIsRecordedWithTheDriverManagersMessage) {
   std::ofstream(this->dir_.File("odbc.ini")) << "";
-  ::setenv("ODBCINI", this->dir_.File("odbc.ini").c_str(), 1);
+  testing::SetEnv("ODBCINI", this->dir_.File("odbc.ini"));
   EXPECT_FALSE(this->dataset_.SaveDataToMDBTable("D1", "odbc:no_such_dsn_veld", "orders"));
   EXPECT_NE(this->dataset_.GetLastError().find("Data source name not found"), std::string::npos)
       << this->dataset_.GetLastError();
@@ -155,7 +155,7 @@ TYPED_TEST(DatasetExportTest, FileNameWithSeparatorsQuotesBracesAndBlanksIsUsedA
 TYPED_TEST(DatasetExportTest, OdbcDataSourceTakesUserAndPasswordAsArguments) {
   std::ofstream(this->dir_.File("odbc.ini"))
       << "[veld_inject]\nDriver=SQLite3\nDatabase=" << this->path_ << "\n";
-  ::setenv("ODBCINI", this->dir_.File("odbc.ini").c_str(), 1);
+  testing::SetEnv("ODBCINI", this->dir_.File("odbc.ini"));
   const std::string other = this->dir_.File("other.db");
 
   EXPECT_TRUE(this->dataset_.SaveDataToMDBTable("D1", "odbc:veld_inject", "orders",

@@ -276,7 +276,9 @@ void ExpectSameOutcome(const testing::TempDir& dir, const Case& c) {
       });
   EXPECT_EQ(streamed.result, held.result);
   EXPECT_EQ(streamed.error, held.error);
-  if (c.require) EXPECT_EQ(found, !missing);
+  if (c.require) {
+    EXPECT_EQ(found, !missing);
+  }
   EXPECT_EQ(streamed.table, held.table);
   EXPECT_EQ(streamed.reports, held.reports);
 }

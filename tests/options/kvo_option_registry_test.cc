@@ -20,9 +20,9 @@ class KvoOptionRegistryTest : public ::testing::Test {
  protected:
   void SetUp() override {
     // Never the user's own store: a file in a temporary directory.
-    ::setenv("VELD_REGISTRY_FILE", dir_.File("registry.db").c_str(), 1);
+    testing::SetEnv("VELD_REGISTRY_FILE", dir_.File("registry.db"));
   }
-  void TearDown() override { ::unsetenv("VELD_REGISTRY_FILE"); }
+  void TearDown() override { testing::UnsetEnv("VELD_REGISTRY_FILE"); }
 
   testing::TempDir dir_;
 };

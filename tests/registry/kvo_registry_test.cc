@@ -25,13 +25,13 @@ class ScopedRegistryFile {
   ScopedRegistryFile() {
     const char* previous = std::getenv("VELD_REGISTRY_FILE");
     if (previous != nullptr) previous_ = previous, had_previous_ = true;
-    ::setenv("VELD_REGISTRY_FILE", dir_.File("registry.db").c_str(), 1);
+    testing::SetEnv("VELD_REGISTRY_FILE", dir_.File("registry.db"));
   }
   ~ScopedRegistryFile() {
     if (had_previous_) {
-      ::setenv("VELD_REGISTRY_FILE", previous_.c_str(), 1);
+      testing::SetEnv("VELD_REGISTRY_FILE", previous_);
     } else {
-      ::unsetenv("VELD_REGISTRY_FILE");
+      testing::UnsetEnv("VELD_REGISTRY_FILE");
     }
   }
 

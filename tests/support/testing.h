@@ -55,6 +55,18 @@ XmlDocument Loaded(const std::string& text);
 // Reads a whole file; "" when it cannot be read.
 std::string ReadFile(const std::string& path);
 
+// Sets or removes an environment variable of the process.
+void SetEnv(const std::string& name, const std::string& value);
+void UnsetEnv(const std::string& name);
+
+// True when the process is a Windows program running under Wine, whose
+// locale data differs from Windows' own in a few places.
+bool RunningOnWine();
+
+// The most memory the process has held so far, in KiB (its peak resident
+// set on POSIX, its peak working set on Windows).
+long PeakMemoryKib();
+
 }  // namespace veld::testing
 
 #endif  // VELD_TESTS_SUPPORT_TESTING_H_

@@ -3,16 +3,11 @@
 #include <cerrno>
 #include <string>
 
-#include <arpa/inet.h>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/resource.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include "veld/xml/xml_document.h"
 
+#include "support/loopback_listener.h"
 #include "support/testing.h"
 
 namespace veld {
@@ -33,53 +28,6 @@ std::string BillionLaughs() {
   text += "]>\n<lolz>&lol9;</lolz>\n";
   return text;
 }
-
-long PeakRssKilobytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
-// A TCP socket listening on 127.0.0.1 at a port the system picks.
-class LoopbackListener {
- public:
-  LoopbackListener() {
-    fd_ = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = 0;
-    bound_ = fd_ >= 0 && bind(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-             listen(fd_, 8) == 0;
-    socklen_t length = sizeof address;
-    if (bound_ && getsockname(fd_, reinterpret_cast<sockaddr*>(&address), &length) == 0) {
-      port_ = ntohs(address.sin_port);
-    }
-    if (fd_ >= 0) fcntl(fd_, F_SETFL, fcntl(fd_, F_GETFL) | O_NONBLOCK);
-  }
-  ~LoopbackListener() {
-    if (fd_ >= 0) close(fd_);
-  }
-
-  bool Ready() const { return bound_ && port_ != 0; }
-  int Port() const { return port_; }
-  // True when a client has connected (the kernel completes connections to a
-  // listening socket even before they are accepted).
-  bool WasContacted() {
-    int client = accept(fd_, nullptr, nullptr);
-    if (client >= 0) {
-      close(client);
-      return true;
-    }
-    EXPECT_TRUE(errno == EAGAIN || errno == EWOULDBLOCK) << errno;
-    return false;
-  }
-
- private:
-  int fd_ = -1;
-  bool bound_ = false;
-  int port_ = 0;
-};
 
 TEST(XmlSecurityTest, ExternalEntityNamingALocalFileIsNotExpanded) {
   TempDir dir;
@@ -128,13 +76,13 @@ TEST(XmlSecurityTest, ExternalDtdIsNotLoaded) {
 }
 
 TEST(XmlSecurityTest, BillionLaughsFailsWithoutLargeMemory) {
-  long before = PeakRssKilobytes();
+  long before = testing::PeakMemoryKib();
   XmlDocument doc;
   EXPECT_FALSE(doc.LoadXml(BillionLaughs()));
   EXPECT_FALSE(doc.ParseError().Reason().empty());
   EXPECT_TRUE(doc.IsEmpty());
   // A full expansion would need gigabytes.
-  EXPECT_LT(PeakRssKilobytes() - before, 256 * 1024);
+  EXPECT_LT(testing::PeakMemoryKib() - before, 256 * 1024);
 }
 
 // One large entity referenced many times: each reference is small, but
@@ -150,12 +98,12 @@ constexpr char kExpansionRefused[] =
     "The entity references of the document expand to more than ten times its size.";
 
 TEST(XmlSecurityTest, ManyReferencesToALargeEntityAreRefusedAtLoad) {
-  long before = PeakRssKilobytes();
+  long before = testing::PeakMemoryKib();
   XmlDocument doc;
   EXPECT_FALSE(doc.LoadXml(ManyReferencesToALargeEntity(20000)));
   EXPECT_EQ(doc.ParseError().Reason(), kExpansionRefused);
   EXPECT_TRUE(doc.IsEmpty());
-  EXPECT_LT(PeakRssKilobytes() - before, 256 * 1024);
+  EXPECT_LT(testing::PeakMemoryKib() - before, 256 * 1024);
 }
 
 TEST(XmlSecurityTest, ManyReferencesToALargeEntityInAFileAreRefused) {
@@ -188,7 +136,7 @@ TEST(XmlSecurityTest, BillionLaughsFromAFileFails) {
 }
 
 TEST(XmlSecurityTest, NetworkDoctypeAndEntitiesAreNeverFetched) {
-  LoopbackListener listener;
+  testing::LoopbackListener listener;
   ASSERT_TRUE(listener.Ready());
   const std::string base = "http://127.0.0.1:" + std::to_string(listener.Port());
   const std::string text = "<?xml version=\"1.0\"?>\n<!DOCTYPE r SYSTEM \"" + base +

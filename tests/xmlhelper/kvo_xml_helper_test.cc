@@ -4,17 +4,13 @@
 #include <memory>
 #include <string>
 
-#include <arpa/inet.h>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
 #include "veld/xml/xml_document.h"
 
+#include "support/loopback_listener.h"
 #include "support/testing.h"
 
 namespace veld {
@@ -631,64 +627,28 @@ TEST_F(KvoXmlHelperSecurityTest, UnknownWritingExtensionFailsAndWritesNothing) {
                        written);
 }
 
-// A loopback listener that records whether anything connected.
-class LoopbackListener {
- public:
-  LoopbackListener() {
-    socket_ = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    ok_ = socket_ >= 0 &&
-          bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-          listen(socket_, 8) == 0 &&
-          getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &length) == 0;
-    if (ok_) fcntl(socket_, F_SETFL, fcntl(socket_, F_GETFL) | O_NONBLOCK);
-    port_ = ntohs(address.sin_port);
-  }
-  ~LoopbackListener() {
-    if (socket_ >= 0) close(socket_);
-  }
-  bool ok() const { return ok_; }
-  std::string Url(const std::string& path) const {
-    return "http://127.0.0.1:" + std::to_string(port_) + path;
-  }
-  bool SomebodyConnected() const {
-    int client = accept(socket_, nullptr, nullptr);
-    if (client < 0) return false;
-    close(client);
-    return true;
-  }
-
- private:
-  int socket_ = -1;
-  bool ok_ = false;
-  int port_ = 0;
-};
-
 TEST_F(KvoXmlHelperSecurityTest, DocumentOfAUrlFailsWithoutConnecting) {
-  LoopbackListener listener;
-  ASSERT_TRUE(listener.ok());
+  testing::LoopbackListener listener;
+  ASSERT_TRUE(listener.Ready());
   std::string url = listener.Url("/d.xml");
   std::string sheet = WriteSheet(
       "url.xsl", Sheet("<xsl:template match=\"/\"><out><xsl:value-of select=\"document('" + url +
                        "')/s\"/></out></xsl:template>"));
   ExpectAllMembersFail(sheet, "Network file read for " + url + " refused", "");
-  EXPECT_FALSE(listener.SomebodyConnected());
+  EXPECT_FALSE(listener.WasContacted());
 }
 
 TEST_F(KvoXmlHelperSecurityTest, UrlIsRefusedEvenWhenLocalReadsAreAllowed) {
   DocumentReadingPlatform platform;
   ScopedPlatform installed(platform);
-  LoopbackListener listener;
-  ASSERT_TRUE(listener.ok());
+  testing::LoopbackListener listener;
+  ASSERT_TRUE(listener.Ready());
   std::string url = listener.Url("/d.xml");
   std::string sheet = WriteSheet(
       "url.xsl", Sheet("<xsl:template match=\"/\"><out><xsl:value-of select=\"document('" + url +
                        "')/s\"/></out></xsl:template>"));
   ExpectAllMembersFail(sheet, "Network file read for " + url + " refused", "");
-  EXPECT_FALSE(listener.SomebodyConnected());
+  EXPECT_FALSE(listener.WasContacted());
 }
 
 const char* const kSecret = "TOP-SECRET-CONTENT-42";

@@ -179,4 +179,13 @@ int FinishOutput(int exit_code) {
   return exit_code == kExitOk ? kExitFailure : exit_code;
 }
 
+std::filesystem::path FilePath(const std::string& name) {
+  return std::filesystem::path(std::u8string(name.begin(), name.end()));
+}
+
+bool FileExists(const std::string& name) {
+  std::error_code error;
+  return std::filesystem::exists(FilePath(name), error);
+}
+
 }  // namespace veld::cli

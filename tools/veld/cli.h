@@ -6,6 +6,7 @@
 #ifndef VELD_TOOLS_VELD_CLI_H_
 #define VELD_TOOLS_VELD_CLI_H_
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -95,6 +96,11 @@ int RunCommand(const std::string& group, const Command& command,
 
 // Writes text to standard output exactly as given.
 void Out(const std::string& text);
+
+// The file named by UTF-8 `name` (command-line words are UTF-8 on every
+// platform), and whether it exists.
+std::filesystem::path FilePath(const std::string& name);
+bool FileExists(const std::string& name);
 
 // Flushes standard output and gives the tool's exit status: `exit_code`, or
 // kExitFailure, with the system's reason on standard error, when anything

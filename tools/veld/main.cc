@@ -8,6 +8,7 @@
 
 #include "cli.h"
 #include "commands.h"
+#include "terminal.h"
 
 namespace {
 
@@ -69,6 +70,6 @@ int Main(const std::vector<std::string>& words) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> words(argv + 1, argv + argc);
-  return veld::cli::FinishOutput(Main(words));
+  veld::cli::UseBinaryStandardStreams();
+  return veld::cli::FinishOutput(Main(veld::cli::CommandWords(argc, argv)));
 }

@@ -1,6 +1,5 @@
 // veld options: option documents (config > section[@id] > group[@id] >
 // option[@name, @value]).
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -13,12 +12,6 @@ namespace veld::cli {
 
 namespace {
 
-bool Exists(const std::string& file) {
-  std::error_code error;
-  return std::filesystem::exists(std::filesystem::path(std::u8string(file.begin(), file.end())),
-                                 error);
-}
-
 // Stops the command with the option store's recorded failure.
 [[noreturn]] void Fail(KvoOption& options) { throw Failure(options.GetLastError()); }
 
@@ -26,7 +19,7 @@ bool Exists(const std::string& file) {
 // document when `may_be_new`. A file that an interrupted save left only as
 // FILE.bak is not new: the load takes it up again.
 void LoadAll(KvoOption& options, const std::string& file, bool may_be_new) {
-  if (may_be_new && !Exists(file) && !Exists(file + ".bak")) return;
+  if (may_be_new && !FileExists(file) && !FileExists(file + ".bak")) return;
   if (!options.LoadOption(file)) Fail(options);
 }
 

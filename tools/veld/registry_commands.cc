@@ -110,7 +110,7 @@ int Dump(const Args& args) {
 }
 
 int Load(const Args& args) {
-  std::ifstream file(args.At(1), std::ios::binary);
+  std::ifstream file(FilePath(args.At(1)), std::ios::binary);
   if (!file) throw Failure("cannot read " + args.At(1));
   // A pipe or device may never end: read up to a limit.
   constexpr size_t kLimit = size_t{64} << 20;
@@ -148,8 +148,7 @@ int FromRegistry(const Args& args) {
   FileLock lock(args.At(0));
   KvoOption options;
   // A file that an interrupted save left only as FILE.bak is taken up again.
-  const bool existing =
-      std::ifstream(args.At(0)).good() || std::ifstream(args.At(0) + ".bak").good();
+  const bool existing = FileExists(args.At(0)) || FileExists(args.At(0) + ".bak");
   if (existing && !options.LoadOption(args.At(0))) throw Failure(options.GetLastError());
   if (!options.LoadOptionFromRegistry(args.At(1), args.Get("section"),
                                       args.Get("group", "general"))) {

@@ -53,7 +53,10 @@ int32_t Number(const std::wstring& name, LCTYPE type, int32_t fallback) {
 std::shared_ptr<const RegionalSettings> BuildRegionalSettings(const std::string& tag) {
   auto out = std::make_shared<RegionalSettings>();
   out->locale_id = tag;
-  const std::wstring name = Widen(tag);
+  // A locale Windows does not know reads the invariant locale's data, as
+  // ICU reads its root locale's.
+  std::wstring name = Widen(tag);
+  if (!IsValidLocaleName(name.c_str())) name = LOCALE_NAME_INVARIANT;
   out->short_date_pattern = Info(name, LOCALE_SSHORTDATE, out->short_date_pattern);
   out->long_date_pattern = Info(name, LOCALE_SLONGDATE, out->long_date_pattern);
   out->long_time_pattern = Info(name, LOCALE_STIMEFORMAT, out->long_time_pattern);

@@ -11,6 +11,9 @@
 #include <errno.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
+#ifdef _WIN32
+#include <direct.h>
+#endif
 
 #include "runtime/code_page.h"
 #include "veld/runtime/case_folding.h"
@@ -553,7 +556,12 @@ void CreateParentDirectories(const std::string& path) {
   for (size_t slash = path.find('/', 1); slash != std::string::npos;
        slash = path.find('/', slash + 1)) {
     std::string directory = path.substr(0, slash);
+#ifdef _WIN32
+    // Not the registry of Windows, but it may be used there (tests, tools).
+    if (::_mkdir(directory.c_str()) != 0 && errno != EEXIST) return;
+#else
     if (::mkdir(directory.c_str(), 0700) != 0 && errno != EEXIST) return;
+#endif
   }
 }
 
