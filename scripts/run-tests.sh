@@ -5,19 +5,19 @@
 #                benchmarks are built, not run.
 #   build-asan/  clang with address + undefined-behaviour sanitizers:
 #                the same tests, plus a short libFuzzer run of each fuzz target.
-#   build-mingw/ the registry backend conformance suite and the regional
-#                settings tests, cross-built with mingw-w64 and run under
-#                Wine against Wine's registry and locale data.
+#   build-windows/ the library, veld.exe and the test suite cross-built for
+#                Windows with mingw-w64 (scripts/build-windows.sh) and run
+#                under Wine, with Wine's registry, file system and locale
+#                data; when mingw-w64 and Wine are installed.
 # Exits non-zero when any step fails and ends with a short summary.
 #
-# Environment: VELD_BUILD_DIR, VELD_ASAN_BUILD_DIR, VELD_MINGW_BUILD_DIR
+# Environment: VELD_BUILD_DIR, VELD_ASAN_BUILD_DIR, VELD_WINDOWS_BUILD_DIR
 # (tree locations), VELD_WINEPREFIX (the Wine prefix, kept between runs),
 # VELD_JOBS (parallel jobs, default 2), VELD_SKIP_SETUP=1.
 set -euo pipefail
 # shellcheck source=scripts/common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 cd "$VELD_ROOT"
-VELD_MINGW_BUILD_DIR=${VELD_MINGW_BUILD_DIR:-$VELD_ROOT/build-mingw}
 
 "$VELD_ROOT/scripts/setup.sh"
 
@@ -50,13 +50,11 @@ skipped() {
   summary+=("$(printf '  %-24s %-7s' "$1" skipped)")
 }
 
-# run_ctest DIR: runs the tree's tests and adds its counts to the totals.
-run_ctest() {
-  local dir=$1 log="$1/ctest-output.log" rc=0
-  ctest --test-dir "$dir" --output-on-failure -j "$VELD_JOBS" --no-tests=error \
-    --timeout 900 2>&1 | tee "$log" || rc=$?
+# count_tests LOG: adds the counts of ctest's summary line in LOG to the
+# totals.
+count_tests() {
   local line
-  line=$(grep -E '^[0-9]+% tests passed, [0-9]+ tests? failed out of [0-9]+' "$log" | tail -n 1 || true)
+  line=$(grep -E '^[0-9]+% tests passed, [0-9]+ tests? failed out of [0-9]+' "$1" | tail -n 1 || true)
   if [[ -n "$line" ]]; then
     local failed total
     failed=$(sed -E 's/.* ([0-9]+) tests? failed out of ([0-9]+).*/\1/' <<<"$line")
@@ -64,6 +62,24 @@ run_ctest() {
     tests_passed=$((tests_passed + total - failed))
     tests_failed=$((tests_failed + failed))
   fi
+}
+
+# run_ctest DIR: runs the tree's tests and adds its counts to the totals.
+run_ctest() {
+  local dir=$1 log="$1/ctest-output.log" rc=0
+  ctest --test-dir "$dir" --output-on-failure -j "$VELD_JOBS" --no-tests=error \
+    --timeout 900 2>&1 | tee "$log" || rc=$?
+  count_tests "$log"
+  return "$rc"
+}
+
+# The Windows build and its tests under Wine; their counts join the totals.
+run_windows() {
+  local dir=${VELD_WINDOWS_BUILD_DIR:-$VELD_ROOT/build-windows} rc=0
+  mkdir -p "$dir"
+  local log="$dir/run.log"
+  "$VELD_ROOT/scripts/build-windows.sh" 2>&1 | tee "$log" || rc=$?
+  count_tests "$log"
   return "$rc"
 }
 
@@ -80,7 +96,11 @@ tree() {
 
 tree "gcc" "$VELD_BUILD_DIR" veld_configure_main || true
 tree "asan" "$VELD_ASAN_BUILD_DIR" veld_configure_asan || true
-step "wine" "$VELD_ROOT/tests/registry/wine/run-conformance.sh" "$VELD_MINGW_BUILD_DIR" || true
+if command -v x86_64-w64-mingw32-g++-posix >/dev/null 2>&1 && [[ -x /usr/lib/wine/wine64 ]]; then
+  step "windows (wine)" run_windows || true
+else
+  skipped "windows (wine)"
+fi
 
 echo
 echo "==> summary (${VELD_BUILD_DIR#"$VELD_ROOT"/}, ${VELD_ASAN_BUILD_DIR#"$VELD_ROOT"/})"

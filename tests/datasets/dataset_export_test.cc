@@ -141,7 +141,13 @@ TYPED_TEST(DatasetExportTest, PasswordNamingAnotherDatabaseDoesNotRedirectTheRow
 }
 
 TYPED_TEST(DatasetExportTest, FileNameWithSeparatorsQuotesBracesAndBlanksIsUsedAsItIs) {
-  for (const std::string name : {"a;b=c.db", "{x}.db", "it's \"q\".db", " lead.db", "==.db"}) {
+#ifdef _WIN32
+  // Windows file names cannot hold quotation marks.
+  const char* const names[] = {"a;b=c.db", "{x}.db", "it's q.db", " lead.db", "==.db"};
+#else
+  const char* const names[] = {"a;b=c.db", "{x}.db", "it's \"q\".db", " lead.db", "==.db"};
+#endif
+  for (const std::string name : names) {
     const std::string path = this->dir_.File(name);
     testing::SqliteExec(path,
                         "CREATE TABLE orders (id INTEGER, Amount NUMERIC, qty INTEGER, note TEXT)");
@@ -152,6 +158,7 @@ TYPED_TEST(DatasetExportTest, FileNameWithSeparatorsQuotesBracesAndBlanksIsUsedA
   }
 }
 
+#ifndef _WIN32  // the SQLite ODBC driver; see tests/WindowsExclusions.cmake
 TYPED_TEST(DatasetExportTest, OdbcDataSourceTakesUserAndPasswordAsArguments) {
   std::ofstream(this->dir_.File("odbc.ini"))
       << "[veld_inject]\nDriver=SQLite3\nDatabase=" << this->path_ << "\n";
@@ -165,7 +172,9 @@ TYPED_TEST(DatasetExportTest, OdbcDataSourceTakesUserAndPasswordAsArguments) {
   EXPECT_EQ(this->Orders().size(), 2u);
   EXPECT_FALSE(std::ifstream(other).good());
 }
+#endif
 
+#ifndef _WIN32  // the SQLite ODBC driver; see tests/WindowsExclusions.cmake
 TYPED_TEST(DatasetExportTest, OdbcConnectionStringRefusesCredentialsItCannotCarry) {
   const std::string target = "odbc:Driver={SQLite3};Database=" + this->path_;
   for (const std::string& password :
@@ -182,6 +191,7 @@ TYPED_TEST(DatasetExportTest, OdbcConnectionStringRefusesCredentialsItCannotCarr
       << this->dataset_.GetLastError();
   EXPECT_EQ(this->Orders().size(), 2u);
 }
+#endif
 
 }  // namespace
 }  // namespace veld

@@ -7,6 +7,7 @@
 #include "veld/registry/kvo_registry.h"
 
 #include "option_testing.h"
+#include "support/scoped_registry.h"
 #include "support/testing.h"
 
 namespace veld {
@@ -18,13 +19,8 @@ constexpr char kKey[] = "HKEY_CURRENT_USER\\Software\\VeldTest\\Options";
 
 class KvoOptionRegistryTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    // Never the user's own store: a file in a temporary directory.
-    testing::SetEnv("VELD_REGISTRY_FILE", dir_.File("registry.db"));
-  }
-  void TearDown() override { testing::UnsetEnv("VELD_REGISTRY_FILE"); }
-
-  testing::TempDir dir_;
+  // Never the user's own store.
+  testing::ScopedTestRegistry registry_;
 };
 
 TEST_F(KvoOptionRegistryTest, GroupSurvivesARoundTripThroughTheRegistry) {

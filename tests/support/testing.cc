@@ -26,7 +26,10 @@ TempDir::TempDir() {
     const std::filesystem::path candidate =
         std::filesystem::temp_directory_path() / ("veld-test-" + std::to_string(random()));
     std::error_code error;
-    if (std::filesystem::create_directory(candidate, error)) path_ = candidate.string();
+    if (std::filesystem::create_directory(candidate, error)) {
+      const std::u8string text = candidate.u8string();
+      path_.assign(text.begin(), text.end());
+    }
   }
 #else
   std::string templ = (std::filesystem::temp_directory_path() / "veld-test-XXXXXX").string();
@@ -37,16 +40,20 @@ TempDir::TempDir() {
 
 TempDir::~TempDir() {
   std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  std::filesystem::remove_all(Utf8Path(path_), ignored);
 }
 
 std::string TempDir::File(const std::string& name) const { return path_ + "/" + name; }
 
 std::string TempDir::Write(const std::string& name, const std::string& content) const {
   std::string path = File(name);
-  std::ofstream out(path, std::ios::binary);
+  std::ofstream out(Utf8Path(path), std::ios::binary);
   out << content;
   return path;
+}
+
+std::filesystem::path Utf8Path(const std::string& name) {
+  return std::filesystem::path(std::u8string(name.begin(), name.end()));
 }
 
 XmlDocument Loaded(const std::string& text) {
@@ -56,7 +63,7 @@ XmlDocument Loaded(const std::string& text) {
 }
 
 std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
+  std::ifstream in(Utf8Path(path), std::ios::binary);
   if (!in) return "";
   std::ostringstream text;
   text << in.rdbuf();

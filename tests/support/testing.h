@@ -3,6 +3,7 @@
 #define VELD_TESTS_SUPPORT_TESTING_H_
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -48,6 +49,10 @@ class TempDir {
  private:
   std::string path_;
 };
+
+// The path named by UTF-8 `name` (std::filesystem would read a plain string
+// in the ANSI code page on Windows).
+std::filesystem::path Utf8Path(const std::string& name);
 
 // A document loaded from `text`; a failure to load fails the test.
 XmlDocument Loaded(const std::string& text);

@@ -3,7 +3,9 @@
 // screen's logical resolution.
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
+#include <algorithm>
 #include <string>
+#include <string_view>
 
 #include <objbase.h>
 #include <windows.h>
@@ -74,6 +76,36 @@ class WindowsPlatform final : public Platform {
 
   void RemoveFile(const std::string& path) override {
     if (!::DeleteFileW(Widen(path).c_str())) RaiseWindowsError(::GetLastError());
+  }
+
+  std::string WriteFileBeside(const std::string& path, std::string_view bytes) override {
+    for (int attempt = 0;; ++attempt) {
+      Guid guid;
+      if (CreateGuid(guid) != 0) RaiseError(errnum::kOutOfMemory);
+      const std::string name = path + ".~" + std::to_string(guid.Data1) + ".tmp";
+      // CREATE_NEW never opens an existing file, nor one a link names.
+      HANDLE file = ::CreateFileW(Widen(name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+      if (file == INVALID_HANDLE_VALUE) {
+        const DWORD code = ::GetLastError();
+        if ((code == ERROR_FILE_EXISTS || code == ERROR_ALREADY_EXISTS) && attempt < 8) continue;
+        RaiseWindowsError(code);
+      }
+      DWORD failure = 0;
+      for (size_t done = 0; failure == 0 && done < bytes.size();) {
+        const DWORD chunk = static_cast<DWORD>(std::min<size_t>(bytes.size() - done, 1 << 30));
+        DWORD written = 0;
+        if (!::WriteFile(file, bytes.data() + done, chunk, &written, nullptr)) {
+          failure = ::GetLastError();
+        }
+        done += written;
+      }
+      if (failure == 0 && !::FlushFileBuffers(file)) failure = ::GetLastError();
+      if (!::CloseHandle(file) && failure == 0) failure = ::GetLastError();
+      if (failure == 0) return name;
+      ::DeleteFileW(Widen(name).c_str());
+      RaiseWindowsError(failure);
+    }
   }
 
   int32_t CreateGuid(Guid& guid) override {

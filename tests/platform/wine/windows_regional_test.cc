@@ -1,7 +1,15 @@
 // The regional settings read through GetLocaleInfoEx, checked against the
-// pictures and names a Windows user of each locale sees.
-#include <gtest/gtest.h>
+// pictures and names a Windows user of each locale sees, and the ANSI code
+// page of the system's locale.
+#define NOMINMAX
+#define WIN32_LEAN_AND_MEAN
+#include <string>
 
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "runtime/code_page.h"
+#include "veld/platform/platform.h"
 #include "veld/platform/regional_settings.h"
 
 namespace veld {
@@ -46,6 +54,15 @@ TEST(WindowsRegionalTest, German) {
 TEST(WindowsRegionalTest, CAndPosixAreAmerican) {
   EXPECT_EQ(RegionalSettingsForLocale("C")->locale_id, "en-US");
   EXPECT_EQ(RegionalSettingsForLocale("POSIX")->short_date_pattern, "M/d/yyyy");
+}
+
+TEST(WindowsCodePageTest, TheAnsiCodePageIsTheSystemsOwn) {
+  EXPECT_EQ(Platform::Default().AnsiCodePage(), "windows-" + std::to_string(::GetACP()));
+  // Through it, text goes to bytes and back: "Café" in that code page.
+  const std::string cafe = "Caf\xC3\xA9";
+  const std::string bytes = ToAnsiBytes(cafe);
+  if (::GetACP() == 1252) EXPECT_EQ(bytes, "Caf\xE9");
+  EXPECT_EQ(FromAnsiBytes(bytes), cafe);
 }
 
 TEST(WindowsRegionalTest, TheUsersLocaleHasAName) {
