@@ -43,6 +43,8 @@
 #include "veld/datasets/kvo_dataset.h"
 #include "veld/datasets/kvo_dataset_o.h"
 
+#include "process_stats.h"
+
 namespace {
 
 // Process CPU time: the machines the benchmark runs on are shared, and CPU
@@ -50,21 +52,10 @@ namespace {
 // single-threaded and do no I/O beyond reading the file.
 struct Clock {
   using time_point = double;
-  static double now() {
-    timespec ts;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
-    return static_cast<double>(ts.tv_sec) + static_cast<double>(ts.tv_nsec) * 1e-9;
-  }
+  static double now() { return veld_bench::Seconds(CLOCK_PROCESS_CPUTIME_ID); }
 };
 
-long PeakKib() {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line)) {
-    if (line.rfind("VmHWM:", 0) == 0) return std::atol(line.c_str() + 6);
-  }
-  return -1;
-}
+using veld_bench::PeakKib;
 
 std::string ReadAll(const char* path) {
   std::ifstream in(path, std::ios::binary);

@@ -8,32 +8,20 @@
 //   streamed  KvoDatasetO::ExportFileToMDBTable
 // Wall time counts: an export writes a database file and waits for it.
 #include <cstdio>
-#include <ctime>
-#include <fstream>
 #include <string>
 
 #include <sqlite3.h>
 
 #include "veld/datasets/kvo_dataset_o.h"
 
+#include "process_stats.h"
+
 namespace {
 
 constexpr char kDataId[] = "5E8F2A4C9B7D4E1FA3C6B0D2E4F6A8C0";
 
-double Seconds(clockid_t clock) {
-  timespec ts;
-  clock_gettime(clock, &ts);
-  return static_cast<double>(ts.tv_sec) + static_cast<double>(ts.tv_nsec) * 1e-9;
-}
-
-long PeakKib() {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line)) {
-    if (line.rfind("VmHWM:", 0) == 0) return std::atol(line.c_str() + 6);
-  }
-  return -1;
-}
+using veld_bench::PeakKib;
+using veld_bench::Seconds;
 
 bool MakeDatabase(const char* path) {
   std::remove(path);

@@ -43,11 +43,6 @@ set(VELD_WINDOWS_EXCLUDED_PROGRAMS
 #     OdbcDataSourceTakesUserAndPasswordAsArguments and
 #     OdbcConnectionStringRefusesCredentialsItCannotCarry: the SQLite ODBC
 #     driver, which Debian has for Linux only;
-#   kvo_xml_helper_test DocumentOfAnotherLocalFileIsRefusedByDefault and
-#     DocumentOfAnotherLocalFileWorksWhenThePlatformAllowsIt: a style sheet's
-#     document('C:\...') - a drive-letter path - reads nothing on Windows,
-#     neither refused with its message by default nor read when the platform
-#     allows it (relative names work). Still to be mended in the library.
 # Skipped under Wine only, where Wine differs from Windows (the registry
 # facts record these):
 #   kvo_registry_test ResultCodeWithoutEntryRecordsUnexpectedError and

@@ -105,7 +105,8 @@ class FileScan final : public xi::ParseListener {
       data_depth_ = 0;
       exporting_ = false;
       if (data_crossing_ || data_row_failed_) {
-        NoteParseFailure(data_crossing_ ? kFailedLoadDataXml : kFailedLoadDataRowXml);
+        NoteParseFailure(
+            Captured([&] { Check(data_crossing_ ? kFailedLoadDataXml : kFailedLoadDataRowXml); }));
       }
       if (pass_ == Pass::kCount) units_list_.push_back(units_);
     }
@@ -202,14 +203,22 @@ class FileScan final : public xi::ParseListener {
     }
   }
 
-  // Records the first data element on which ParseFile fails, with `message`.
-  void NoteParseFailure(const char* message) {
-    if (parse_failure_) return;
-    failing_ordinal_ = ordinal_;
+  // What `raise` throws.
+  template <class Raise>
+  static std::exception_ptr Captured(Raise raise) {
     try {
-      Check(message);
+      raise();
     } catch (...) {
-      parse_failure_ = std::current_exception();
+      return std::current_exception();
+    }
+    return nullptr;
+  }
+
+  // Records the first data element on which ParseFile fails, and why.
+  void NoteParseFailure(std::exception_ptr failure) {
+    if (!parse_failure_) {
+      failing_ordinal_ = ordinal_;
+      parse_failure_ = std::move(failure);
     }
     StopExport();
   }
@@ -288,15 +297,7 @@ class FileScan final : public xi::ParseListener {
     if (!scratch_) scratch_ = std::make_unique<KvoDatasetO>();
     scratch_->Reset();
     if (!scratch_->AddDataRow(kScratchId, "", NodeText(row), "")) {
-      if (!parse_failure_) {
-        failing_ordinal_ = ordinal_;
-        try {
-          scratch_->RaiseLastError();
-        } catch (...) {
-          parse_failure_ = std::current_exception();
-        }
-      }
-      StopExport();
+      NoteParseFailure(Captured([&] { scratch_->RaiseLastError(); }));
       return false;
     }
     std::string held;
