@@ -9,35 +9,19 @@
 #include <windows.h>
 
 #include "platform/locale_id.h"
+#include "runtime/windows/wide_text.h"
 #include "veld/platform/regional_settings.h"
 
 namespace veld {
 
 namespace {
 
-std::wstring Widen(const std::string& text) {
-  if (text.empty()) return {};
-  const int size =
-      MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-  std::wstring out(static_cast<size_t>(size), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), size);
-  return out;
-}
-
-std::string Narrow(const wchar_t* text, int length) {
-  if (length <= 0) return {};
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text, length, nullptr, 0, nullptr, nullptr);
-  std::string out(static_cast<size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text, length, out.data(), size, nullptr, nullptr);
-  return out;
-}
-
 // One text item; `fallback` when the locale has none.
 std::string Info(const std::wstring& name, LCTYPE type, const std::string& fallback) {
   wchar_t buffer[256];
   const int length = GetLocaleInfoEx(name.c_str(), type, buffer, 256);
   if (length <= 1) return fallback;
-  return Narrow(buffer, length - 1);  // without the terminating zero
+  return Narrow(std::wstring_view(buffer, static_cast<size_t>(length - 1)));
 }
 
 int32_t Number(const std::wstring& name, LCTYPE type, int32_t fallback) {
@@ -90,7 +74,7 @@ std::string ProcessLocaleId() {
   wchar_t buffer[LOCALE_NAME_MAX_LENGTH];
   const int length = GetUserDefaultLocaleName(buffer, LOCALE_NAME_MAX_LENGTH);
   if (length <= 1) return "en-US";
-  return NormalizeLocaleId(Narrow(buffer, length - 1));
+  return NormalizeLocaleId(Narrow(std::wstring_view(buffer, static_cast<size_t>(length - 1))));
 }
 
 }  // namespace veld

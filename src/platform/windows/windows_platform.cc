@@ -11,22 +11,13 @@
 #include <windows.h>
 
 #include "registry/windows/windows_registry.h"
+#include "runtime/windows/wide_text.h"
 #include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
 
 namespace veld {
 
 namespace {
-
-std::wstring Widen(const std::string& utf8) {
-  if (utf8.empty()) return std::wstring();
-  int length =
-      ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0);
-  std::wstring wide(static_cast<size_t>(length), L'\0');
-  ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(),
-                        length);
-  return wide;
-}
 
 // The classic file error for a Win32 error code.
 int32_t WindowsErrorNumber(DWORD code) {

@@ -8,6 +8,7 @@
 #include <windows.h>
 
 #include "runtime/code_page.h"
+#include "runtime/windows/wide_text.h"
 #include "veld/platform/platform.h"
 #include "veld/runtime/automation_error.h"
 
@@ -59,25 +60,6 @@ UINT AnsiCodePageNumber() {
   return number;
 }
 
-std::wstring Utf8ToUtf16(std::string_view utf8) {
-  if (utf8.empty()) return std::wstring();
-  const int length =
-      ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0);
-  std::wstring out(static_cast<size_t>(length), L'\0');
-  ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), out.data(), length);
-  return out;
-}
-
-std::string Utf16ToUtf8(const std::wstring& utf16) {
-  if (utf16.empty()) return std::string();
-  const int length = ::WideCharToMultiByte(CP_UTF8, 0, utf16.data(), static_cast<int>(utf16.size()),
-                                           nullptr, 0, nullptr, nullptr);
-  std::string out(static_cast<size_t>(length), '\0');
-  ::WideCharToMultiByte(CP_UTF8, 0, utf16.data(), static_cast<int>(utf16.size()), out.data(),
-                        length, nullptr, nullptr);
-  return out;
-}
-
 bool IsHighSurrogate(wchar_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 
 // Appends `units` in code page `number`: "?" for each character the code
@@ -98,7 +80,7 @@ void AppendEncoded(UINT number, const wchar_t* units, int count, std::string& ou
 
 std::string ToAnsiBytes(std::string_view utf8) {
   const UINT number = AnsiCodePageNumber();
-  const std::wstring utf16 = Utf8ToUtf16(utf8);
+  const std::wstring utf16 = Widen(utf8);
   std::string out;
   out.reserve(utf16.size());
   // Characters outside the BMP are converted one by one, so that each one
@@ -126,7 +108,7 @@ std::string FromAnsiBytes(std::string_view bytes) {
   std::wstring utf16(static_cast<size_t>(length), L'\0');
   ::MultiByteToWideChar(number, 0, bytes.data(), static_cast<int>(bytes.size()), utf16.data(),
                         length);
-  return Utf16ToUtf8(utf16);
+  return Narrow(utf16);
 }
 
 }  // namespace veld
