@@ -142,4 +142,7 @@ fi
 "$wineserver" -p
 trap '"$wineserver" -k >/dev/null 2>&1 || true' EXIT
 "$wine" wineboot >/dev/null 2>&1 </dev/null
-ctest --test-dir "$build" --output-on-failure -j "${VELD_JOBS:-2}" --no-tests=error --timeout 900
+# Now and then Wine ends a program before it has run (a test "fails" in no
+# time, a different one each time); a failed test gets one more run.
+ctest --test-dir "$build" --output-on-failure -j "${VELD_JOBS:-2}" --no-tests=error --timeout 900 \
+  --repeat until-pass:2
